@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Containers/UnrealString.h"
+
+class FConfigCacheIni;
+
+extern FConfigCacheIni* GConfig;
+extern FString GEngineIni;
+extern FString GEditorIni;
+extern FString GEditorPerProjectIni;
+extern FString GGameIni;
+extern bool GIsEditor;
+extern bool GExitPurge;
+extern uint32 GGameThreadId;
+
+bool IsInGameThread();
+bool IsEngineExitRequested();
+void RequestEngineExit(const TCHAR* ReasonString);
+void RequestEngineExit(const FString& ReasonString);
+bool IsRunningCommandlet();

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "CoreTypes.h"
+#include "Containers/Array.h"
+#include "Containers/Map.h"
+#include "Containers/Set.h"
+#include "Containers/UnrealString.h"
+#include "Containers/StringConv.h"
+#include "Templates/SharedPointer.h"
+#include "Templates/UniquePtr.h"
+#include "Templates/Function.h"
+#include "Delegates/Delegate.h"
+#include "UObject/NameTypes.h"
+#include "Internationalization/Text.h"
+#include "Logging/LogMacros.h"
+#include "Misc/OutputDevice.h"
+#include "CoreGlobals.h"
