@@ -15,3 +15,4 @@
 #include "Logging/LogMacros.h"
 #include "Misc/OutputDevice.h"
 #include "CoreGlobals.h"
+#include "Math/UnrealMathUtility.h"

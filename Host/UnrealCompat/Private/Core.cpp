@@ -632,7 +632,7 @@ void FModuleManager::UnloadModulesAtShutdown()
 
 const FEngineVersion& FEngineVersion::Current()
 {
-	static const FEngineVersion Version(5, 7, 0, 0, TEXT("ZorvekBridgeHost"));
+	static const FEngineVersion Version(5, 7, 0, 0, TEXT("ZorvekBridgeHost-SimulatedEditor"));
 	return Version;
 }
 

@@ -1,0 +1,3 @@
+#include "ZorvekMCPBridgeLog.h"
+
+DEFINE_LOG_CATEGORY(LogZorvekMCPBridge);
