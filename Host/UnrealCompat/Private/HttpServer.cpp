@@ -5,8 +5,12 @@
 #include <httplib.h>
 
 #include <condition_variable>
+#include <cstdlib>
+#include <dirent.h>
+#include <netinet/in.h>
 #include <optional>
 #include <set>
+#include <sys/socket.h>
 #include <thread>
 
 // ---------------------------------------------------------------------------------------------
@@ -204,6 +208,43 @@ namespace
 	void WriteError(EHttpServerResponseCodes Code, const TCHAR* ErrorCode, httplib::Response& Out)
 	{
 		WriteResponse(*FHttpServerResponse::Error(Code, ErrorCode), Out);
+	}
+
+	// cpp-httplib 0.11 lets a stopped server's worker wait out the whole keep-alive timeout
+	// (15 s) of an idle client connection before it returns, and it gives no access to the
+	// connection sockets. So at shut-down the connections accepted on our ports are found among
+	// the process's descriptors (a connected socket whose local port is one of ours) and shut
+	// down, which ends those waits at once instead of keeping the process alive for 15 s.
+	void ShutDownAcceptedConnections(const std::set<uint32>& Ports)
+	{
+		DIR* Descriptors = ::opendir("/proc/self/fd");
+		if (!Descriptors)
+		{
+			return;
+		}
+		while (const dirent* Entry = ::readdir(Descriptors))
+		{
+			char* End = nullptr;
+			const long Descriptor = std::strtol(Entry->d_name, &End, 10);
+			if (End == Entry->d_name || *End != '\0' || Descriptor == ::dirfd(Descriptors))
+			{
+				continue;
+			}
+			sockaddr_in Local{};
+			socklen_t Length = sizeof(Local);
+			if (::getsockname((int)Descriptor, reinterpret_cast<sockaddr*>(&Local), &Length) != 0 || Local.sin_family != AF_INET || Ports.count(ntohs(Local.sin_port)) == 0)
+			{
+				continue;
+			}
+			sockaddr_in Peer{};
+			Length = sizeof(Peer);
+			// The listening socket has no peer; only accepted connections do.
+			if (::getpeername((int)Descriptor, reinterpret_cast<sockaddr*>(&Peer), &Length) == 0)
+			{
+				::shutdown((int)Descriptor, SHUT_RDWR);
+			}
+		}
+		::closedir(Descriptors);
 	}
 }
 
@@ -442,15 +483,22 @@ void FHttpServerModule::ShutdownModule()
 {
 	StopAllListeners();
 	TArray<TSharedPtr<FListener>> ToJoin;
+	std::set<uint32> Ports;
 	{
 		std::lock_guard<std::recursive_mutex> Lock(Mutex);
 		for (const auto& Pair : Listeners)
 		{
 			Pair.Value->CancelPending();
+			Ports.insert(Pair.Key);
 		}
 		ToJoin = MoveTemp(RetiredListeners);
 		RetiredListeners.Reset();
 	}
+	for (const TSharedPtr<FListener>& Listener : ToJoin)
+	{
+		Ports.insert(Listener->Port);
+	}
+	ShutDownAcceptedConnections(Ports);
 	for (const TSharedPtr<FListener>& Listener : ToJoin)
 	{
 		if (Listener->Thread.joinable())

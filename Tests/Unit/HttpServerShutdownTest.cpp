@@ -1,0 +1,91 @@
+// Shutting the HTTP server module down while a client keeps an idle keep-alive connection open:
+// the host process exits at once instead of waiting out the 15 s keep-alive timeout.
+#include "HAL/PlatformTime.h"
+#include "HttpServerModule.h"
+#include "HttpServerRequest.h"
+#include "HttpServerResponse.h"
+#include "ZorvekTestSupport.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <string>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace
+{
+	// Far from the endpoint's ports 8765-8789.
+	constexpr uint32 ShutdownTestPort = 28791;
+
+	int ConnectToLoopback(uint32 Port)
+	{
+		const int Descriptor = ::socket(AF_INET, SOCK_STREAM, 0);
+		sockaddr_in Address{};
+		Address.sin_family = AF_INET;
+		Address.sin_port = htons((uint16_t)Port);
+		Address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+		if (::connect(Descriptor, reinterpret_cast<sockaddr*>(&Address), sizeof(Address)) != 0)
+		{
+			::close(Descriptor);
+			return -1;
+		}
+		return Descriptor;
+	}
+
+	// Reads until the text arrives, the peer closes or nothing comes within the timeout.
+	std::string ReadUntil(int Descriptor, const std::string& Text, int TimeoutMilliseconds, bool& bOutClosed)
+	{
+		std::string Data;
+		bOutClosed = false;
+		pollfd Poll{Descriptor, POLLIN, 0};
+		while ((Text.empty() || Data.find(Text) == std::string::npos) && ::poll(&Poll, 1, TimeoutMilliseconds) > 0)
+		{
+			char Buffer[4096];
+			const ssize_t Read = ::recv(Descriptor, Buffer, sizeof(Buffer), 0);
+			if (Read <= 0)
+			{
+				bOutClosed = true;
+				break;
+			}
+			Data.append(Buffer, (size_t)Read);
+		}
+		return Data;
+	}
+}
+
+TEST(HttpServerShutdown, IdleKeepAliveConnectionDoesNotHoldUpShutdown)
+{
+	FHttpServerModule& Module = FHttpServerModule::Get();
+	Module.StartAllListeners();
+	TSharedPtr<IHttpRouter> Router = Module.GetHttpRouter(ShutdownTestPort, true);
+	ASSERT_TRUE(Router.IsValid()) << "port " << ShutdownTestPort << " is taken";
+	const FHttpRouteHandle Route = Router->BindRoute(FHttpPath(TEXT("/shutdown-test")), EHttpServerRequestVerbs::VERB_POST,
+		FHttpRequestHandler::CreateLambda([](const FHttpServerRequest&, const FHttpResultCallback& OnComplete)
+		{
+			OnComplete(FHttpServerResponse::Create(TEXT("answered"), TEXT("text/plain")));
+			return true;
+		}));
+	ASSERT_TRUE(Route.IsValid());
+
+	// One answered request, then the connection stays open and idle, as an MCP client leaves it.
+	const int Client = ConnectToLoopback(ShutdownTestPort);
+	ASSERT_GE(Client, 0);
+	const std::string Request = "POST /shutdown-test HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: 0\r\n\r\n";
+	ASSERT_EQ(::send(Client, Request.data(), Request.size(), MSG_NOSIGNAL), (ssize_t)Request.size());
+	bool bClosed = false;
+	const std::string Answer = ReadUntil(Client, "answered", 2000, bClosed);
+	EXPECT_NE(Answer.find("answered"), std::string::npos) << Answer;
+	EXPECT_FALSE(bClosed) << "the server closed a keep-alive connection after one request";
+
+	const double Started = FPlatformTime::Seconds();
+	Module.ShutdownModule();
+	const double Elapsed = FPlatformTime::Seconds() - Started;
+	// Without closing idle connections the listener thread would wait out the 15 s keep-alive.
+	EXPECT_LT(Elapsed, 5.0);
+
+	ReadUntil(Client, std::string(), 2000, bClosed);
+	EXPECT_TRUE(bClosed) << "the idle connection is still open after shut-down";
+	::close(Client);
+	Router->UnbindRoute(Route);
+}
