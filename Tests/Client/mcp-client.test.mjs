@@ -1,0 +1,494 @@
+// The official MCP TypeScript SDK against zorvek-bridge-host over Streamable HTTP, plus a few
+// raw requests for what the SDK hides (status codes, content types, empty bodies).
+//
+// Run through CTest (test "client"), or by hand:
+//   ZORVEK_BRIDGE_HOST=../../build/Host/zorvek-bridge-host node --test
+//
+// Every group stands on its own: a catalogue that is still missing tools fails its own tests
+// with a message naming what is missing, and leaves the session and HTTP groups running.
+
+import { after, before, describe, test } from 'node:test';
+import assert from 'node:assert/strict';
+import { spawn } from 'node:child_process';
+import { existsSync } from 'node:fs';
+import { createInterface } from 'node:readline';
+
+import { Client } from '@modelcontextprotocol/sdk/client/index.js';
+import { StreamableHTTPClientTransport } from '@modelcontextprotocol/sdk/client/streamableHttp.js';
+import { McpError } from '@modelcontextprotocol/sdk/types.js';
+
+const HOST_START_TIMEOUT_MS = 20_000;
+const HOST_EXIT_TIMEOUT_MS = 10_000;
+const REQUEST_TIMEOUT_MS = 10_000;
+const TEST_TIMEOUT_MS = 30_000;
+
+const LISTENING_LINE = /Zorvek MCP Bridge listening at (http:\/\/127\.0\.0\.1:(\d+)\/mcp)/;
+
+// The catalogue order of "tools/list".
+const EXPECTED_TOOL_NAMES = [
+	'unreal_get_status',
+	'unreal_get_capabilities',
+	'unreal_recommend_tools',
+	'vessa_list_extensions',
+	'vessa_search_extensions',
+	'vessa_get_extension_details',
+	'vessa_call_query',
+	'vessa_call_action',
+	'unreal_resolve_asset',
+	'unreal_inspect_asset',
+	'data_asset_find_classes',
+	'data_asset_create',
+	'data_asset_set_property',
+	'data_asset_create_batch',
+	'editor_get_world_status',
+	'editor_place_actor',
+	'editor_set_actor_transform',
+	'editor_set_component_transform',
+	'editor_read_level_actors',
+	'editor_select_actor',
+	'editor_cleanup_repro_actors',
+	'editor_capture_viewport',
+	'blueprint_create_road_actor',
+	'blueprint_create_intersection_actor',
+	'blueprint_create_skyscraper_actor',
+	'pcg_get_status',
+	'pcg_get_road_capabilities',
+	'pcg_create_spline_bounds_actor',
+	'pcg_inspect_spline_bounds_actor',
+	'pcg_set_spline_bounds_actor',
+	'pcg_create_forest_repro',
+	'pcg_place_forest_actor',
+	'pcg_inspect_graph',
+	'pcg_set_forest_bounds',
+	'pcg_generate',
+	'pcg_create_visual_repro_output',
+	'pcg_inspect_generated',
+	'pcg_run_forest_recipe',
+	'pcg_run_road_recipe',
+	'pcg_run_spline_road_proof',
+	'pcg_run_city_layout_recipe',
+	'pcg_update_city_layout_recipe',
+	'pcg_update_forest_recipe',
+	'pcg_multiclass_spawn_proof',
+	'unreal_create_mossbank_repro_assets',
+	'unreal_create_material_repro_assets',
+	'material_create',
+	'material_find_expression_classes',
+	'material_resolve_expression_class',
+	'material_add_expression',
+	'material_set_expression_property',
+	'material_connect_expressions',
+	'material_connect_root',
+	'material_update',
+	'blueprint_create',
+	'blueprint_create_primitive_actor',
+	'blueprint_create_interface',
+	'blueprint_add_variable',
+	'blueprint_add_component',
+	'blueprint_add_component_motion',
+	'blueprint_add_dynamic_material_parameter_update',
+	'blueprint_create_function',
+	'blueprint_create_event_graph',
+	'blueprint_implement_interface',
+	'blueprint_add_interface_event',
+	'blueprint_add_custom_event',
+	'blueprint_add_comment',
+	'blueprint_read_graph',
+	'blueprint_search_project',
+	'blueprint_compile',
+	'blueprint_find_node_spawners',
+	'blueprint_resolve_node_spawner',
+	'blueprint_add_node',
+	'blueprint_set_node_position',
+	'blueprint_connect_nodes',
+	'blueprint_add_node_by_search_and_connect',
+	'blueprint_run_recipe',
+];
+
+// The capabilities the bridge states it does not have; every other capability id is true.
+const EXPECTED_FALSE_FEATURES = [
+	'bob_coordinator_required',
+	'jules_direct_mcp_verified',
+	'jules_direct_localhost_access',
+	'zorvek_hosted_relay',
+	'pcg_spline_road_sampling',
+	'pcg_arbitrary_road_network_editing',
+	'pcg_arbitrary_volume_bounds_controls',
+	'pcg_true_multi_class_spawn',
+	'pcg_graph_editing',
+	'data_asset_array_map_property_editing',
+	'gameplay_camera_asset_editing',
+	'state_tree_asset_editing',
+	'material_graph_editing',
+	'enhanced_input_assets',
+	'input_mapping_context_assets',
+	'run_pie',
+	'edit_camera_assets',
+];
+
+// ---------------------------------------------------------------------------------------------
+// The host process
+
+class BridgeHost
+{
+	constructor(child)
+	{
+		this.child = child;
+		this.output = [];
+		this.exit = new Promise((resolve) =>
+		{
+			child.on('exit', (code, signal) => resolve({ code, signal }));
+		});
+		this.exited = false;
+		this.exit.then(() => { this.exited = true; });
+	}
+
+	outputText()
+	{
+		return this.output.slice(-60).join('\n');
+	}
+
+	// Closing standard input is the host's ordinary way out.
+	async stop(timeoutMs)
+	{
+		if (this.exited)
+		{
+			return this.exit;
+		}
+		this.child.stdin.end();
+		return Promise.race([this.exit, delay(timeoutMs).then(() => null)]);
+	}
+
+	kill()
+	{
+		if (!this.exited)
+		{
+			this.child.kill('SIGKILL');
+		}
+	}
+}
+
+function delay(ms)
+{
+	return new Promise((resolve) => setTimeout(resolve, ms).unref());
+}
+
+function findHostExecutable()
+{
+	const hostPath = process.env.ZORVEK_BRIDGE_HOST;
+	if (!hostPath)
+	{
+		throw new Error('Set ZORVEK_BRIDGE_HOST to the path of zorvek-bridge-host (CTest sets it for the "client" test).');
+	}
+	if (!existsSync(hostPath))
+	{
+		throw new Error(`ZORVEK_BRIDGE_HOST names ${hostPath}, which does not exist; build zorvek-bridge-host first.`);
+	}
+	return hostPath;
+}
+
+// Starts the host and waits for the log line that carries its endpoint address.
+function startHost(hostPath)
+{
+	const child = spawn(hostPath, [], { stdio: ['pipe', 'pipe', 'pipe'] });
+	const host = new BridgeHost(child);
+	process.once('exit', () => host.kill());
+
+	return new Promise((resolve, reject) =>
+	{
+		const fail = (message) =>
+		{
+			clearTimeout(timer);
+			host.kill();
+			reject(new Error(`${message}\nHost output:\n${host.outputText()}`));
+		};
+		const timer = setTimeout(() => fail(`zorvek-bridge-host did not report its endpoint within ${HOST_START_TIMEOUT_MS} ms.`), HOST_START_TIMEOUT_MS);
+
+		createInterface({ input: child.stderr }).on('line', (line) => host.output.push(line));
+		createInterface({ input: child.stdout }).on('line', (line) =>
+		{
+			host.output.push(line);
+			const match = LISTENING_LINE.exec(line);
+			if (match && !host.url)
+			{
+				clearTimeout(timer);
+				host.url = match[1];
+				host.port = Number(match[2]);
+				resolve(host);
+			}
+		});
+		child.on('error', (error) => fail(`Could not start ${hostPath}: ${error.message}`));
+		host.exit.then(({ code, signal }) =>
+		{
+			if (!host.url)
+			{
+				fail(`zorvek-bridge-host exited (code ${code}, signal ${signal}) before it listened.`);
+			}
+		});
+	});
+}
+
+// ---------------------------------------------------------------------------------------------
+// Helpers
+
+// A raw JSON-RPC POST to the endpoint, outside the SDK.
+function postRaw(url, body, extraHeaders = {})
+{
+	return fetch(url, {
+		method: 'POST',
+		headers: { 'content-type': 'application/json', accept: 'application/json, text/event-stream', ...extraHeaders },
+		body: typeof body === 'string' ? body : JSON.stringify(body),
+		signal: AbortSignal.timeout(REQUEST_TIMEOUT_MS),
+	});
+}
+
+// Calls a tool through the SDK; a tool this build does not have fails the test with its name
+// rather than with the bare JSON-RPC error.
+async function callTool(client, name, args = {})
+{
+	try
+	{
+		return await client.callTool({ name, arguments: args }, undefined, { timeout: REQUEST_TIMEOUT_MS });
+	}
+	catch (error)
+	{
+		if (error instanceof McpError && error.code === -32601)
+		{
+			assert.fail(`${name} is not in this build's tool catalogue (the server answered: ${error.message}).`);
+		}
+		throw error;
+	}
+}
+
+// A successful structured result: one text item, "isError" false, and the payload.
+function structuredPayload(result, name)
+{
+	assert.equal(result.isError, false, `${name} reported an error: ${result.content?.[0]?.text}`);
+	assert.ok(result.structuredContent, `${name} returned no structuredContent`);
+	return result.structuredContent;
+}
+
+function describeListDifference(actual, expected)
+{
+	const missing = expected.filter((name) => !actual.includes(name));
+	const unexpected = actual.filter((name) => !expected.includes(name));
+	const firstMismatch = expected.findIndex((name, index) => actual[index] !== name);
+	return [
+		`tools/list returned ${actual.length} tools, expected ${expected.length}.`,
+		missing.length ? `Missing (${missing.length}): ${missing.join(', ')}` : 'None missing.',
+		unexpected.length ? `Not expected: ${unexpected.join(', ')}` : 'None unexpected.',
+		firstMismatch >= 0 ? `First difference at position ${firstMismatch}: expected ${expected[firstMismatch]}, got ${actual[firstMismatch] ?? 'nothing'}.` : '',
+	].join('\n');
+}
+
+// ---------------------------------------------------------------------------------------------
+// The tests
+
+let host;
+let client;
+let initializeEnvelopeText;
+const transportErrors = [];
+
+before(async () =>
+{
+	host = await startHost(findHostExecutable());
+});
+
+after(async () =>
+{
+	await client?.close().catch(() => {});
+	if (host && !host.exited)
+	{
+		await host.stop(HOST_EXIT_TIMEOUT_MS);
+		host.kill();
+	}
+});
+
+describe('MCP session through the SDK', { timeout: TEST_TIMEOUT_MS }, () =>
+{
+	before(async () =>
+	{
+		// Keeps the raw text of the initialize answer, which the SDK reduces to its own fields.
+		const recordingFetch = async (url, init) =>
+		{
+			const response = await fetch(url, init);
+			if (typeof init?.body === 'string' && JSON.parse(init.body).method === 'initialize')
+			{
+				initializeEnvelopeText = await response.clone().text();
+			}
+			return response;
+		};
+		client = new Client({ name: 'zorvek-client-test', version: '1.0.0' });
+		// The SDK reports its optional server-sent-event stream through onerror when the server
+		// has none (POST /mcp is the only route); that is no fault of the bridge.
+		client.onerror = (error) => transportErrors.push(error);
+		const transport = new StreamableHTTPClientTransport(new URL(host.url), { fetch: recordingFetch });
+		await client.connect(transport, { timeout: REQUEST_TIMEOUT_MS });
+	});
+
+	test('initialize answers the bridge identity and protocol version, exactly', () =>
+	{
+		assert.deepEqual(client.getServerVersion(), { name: 'zorvek-unreal-mcp-bridge', version: '1.0.0' });
+		assert.deepEqual(client.getServerCapabilities(), { tools: {} });
+
+		assert.ok(initializeEnvelopeText, 'the initialize answer was not seen');
+		const envelope = JSON.parse(initializeEnvelopeText);
+		// Stringifying keeps member order, so this also checks the order of every member.
+		assert.equal(JSON.stringify(envelope), JSON.stringify({
+			jsonrpc: '2.0',
+			id: envelope.id,
+			result: {
+				protocolVersion: '2025-06-18',
+				capabilities: { tools: {} },
+				serverInfo: { name: 'zorvek-unreal-mcp-bridge', version: '1.0.0' },
+			},
+		}));
+		assert.equal(typeof envelope.id, 'number', 'the request id must come back as the number the SDK sent');
+	});
+
+	test('ping answers an empty result', async () =>
+	{
+		assert.deepEqual(await client.ping({ timeout: REQUEST_TIMEOUT_MS }), {});
+	});
+});
+
+describe('HTTP details the SDK hides', { timeout: TEST_TIMEOUT_MS }, () =>
+{
+	test('a request is answered with HTTP 200 and content type application/json; charset=utf-8', async () =>
+	{
+		const response = await postRaw(host.url, { jsonrpc: '2.0', id: 'raw-ping', method: 'ping' });
+		assert.equal(response.status, 200);
+		assert.equal(response.headers.get('content-type'), 'application/json; charset=utf-8');
+		assert.equal(JSON.stringify(JSON.parse(await response.text())), '{"jsonrpc":"2.0","id":"raw-ping","result":{}}');
+	});
+
+	test('the initialized notification is answered with HTTP 200 and an empty body', async () =>
+	{
+		const response = await postRaw(host.url, { jsonrpc: '2.0', method: 'notifications/initialized' });
+		assert.equal(response.status, 200);
+		assert.equal(await response.text(), '');
+	});
+
+	test('a request from a web page is refused with 403, a loopback origin is served', async () =>
+	{
+		const ping = { jsonrpc: '2.0', id: 1, method: 'ping' };
+		const foreign = await postRaw(host.url, ping, { origin: 'https://example.com' });
+		assert.equal(foreign.status, 403);
+		await foreign.arrayBuffer();
+
+		const local = await postRaw(host.url, ping, { origin: `http://localhost:${host.port}` });
+		assert.equal(local.status, 200);
+		await local.arrayBuffer();
+	});
+});
+
+describe('tool catalogue', { timeout: TEST_TIMEOUT_MS }, () =>
+{
+	test('tools/list lists the 77 tools in catalogue order', async () =>
+	{
+		assert.ok(client, 'no SDK session (see the session group)');
+		const { tools } = await client.listTools(undefined, { timeout: REQUEST_TIMEOUT_MS });
+		const names = tools.map((tool) => tool.name);
+		if (JSON.stringify(names) !== JSON.stringify(EXPECTED_TOOL_NAMES))
+		{
+			assert.fail(describeListDifference(names, EXPECTED_TOOL_NAMES));
+		}
+		for (const tool of tools)
+		{
+			assert.ok(tool.description, `${tool.name} has no description`);
+		}
+	});
+});
+
+describe('discovery tools', { timeout: TEST_TIMEOUT_MS }, () =>
+{
+	before(() =>
+	{
+		assert.ok(client, 'no SDK session (see the session group)');
+	});
+
+	test('unreal_get_status reports the running endpoint, and its text is its structuredContent', async () =>
+	{
+		const result = await callTool(client, 'unreal_get_status');
+		const status = structuredPayload(result, 'unreal_get_status');
+
+		assert.equal(result.content.length, 1);
+		assert.equal(result.content[0].type, 'text');
+		assert.deepEqual(JSON.parse(result.content[0].text), result.structuredContent);
+
+		assert.equal(status.running, true);
+		assert.equal(status.port, host.port);
+		assert.equal(status.endpoint_url, host.url);
+		assert.equal(status.standalone, true);
+		assert.equal(status.backend, 'native_unreal_editor');
+		assert.equal(status.capabilities_endpoint, 'unreal_get_capabilities');
+		assert.equal(status.capabilities?.manifest_version, '2026-07-07', 'status must carry the capability manifest');
+	});
+
+	test('vessa_get_status, which tools/list does not show, answers like unreal_get_status', async () =>
+	{
+		const status = structuredPayload(await callTool(client, 'vessa_get_status'), 'vessa_get_status');
+		assert.equal(status.running, true);
+		assert.equal(status.endpoint_url, host.url);
+	});
+
+	test('unreal_get_capabilities answers the manifest with 131 features, 17 of them false', async () =>
+	{
+		const manifest = structuredPayload(await callTool(client, 'unreal_get_capabilities'), 'unreal_get_capabilities');
+		assert.equal(manifest.manifest_version, '2026-07-07');
+		assert.equal(manifest.bridge, 'ZorvekMCPBridge');
+		assert.equal(manifest.backend, 'native_unreal_editor');
+		assert.deepEqual(manifest.key_tools.slice(0, 3), ['unreal_get_status', 'unreal_get_capabilities', 'unreal_recommend_tools']);
+
+		const features = Object.entries(manifest.feature_matrix);
+		assert.equal(features.length, 131, `feature_matrix has ${features.length} ids`);
+		for (const [id, value] of features)
+		{
+			assert.equal(typeof value, 'boolean', `feature ${id} is not a boolean`);
+			assert.match(id, /^[a-z0-9]+(_[a-z0-9]+)*$/, `feature id ${id} is not lower-case words joined by _`);
+		}
+		const falseIds = features.filter(([, value]) => !value).map(([id]) => id);
+		assert.deepEqual([...falseIds].sort(), [...EXPECTED_FALSE_FEATURES].sort());
+		for (const id of ['blueprint_project_search', 'task_tool_routing', 'support_contact_guidance', 'generic_asset_inspection', 'state_tree_asset_inspection'])
+		{
+			assert.equal(manifest.feature_matrix[id], true, `feature ${id} must be true`);
+		}
+	});
+
+	test('unreal_recommend_tools routes a Blueprint-and-material task to both domains', async () =>
+	{
+		const task = 'Create a Blueprint actor that changes a material parameter';
+		const route = structuredPayload(await callTool(client, 'unreal_recommend_tools', { Task: task }), 'unreal_recommend_tools');
+		assert.equal(route.task, task);
+		assert.ok(route.matched_domains.includes('material'), `matched_domains: ${route.matched_domains}`);
+		assert.ok(route.matched_domains.includes('blueprint'), `matched_domains: ${route.matched_domains}`);
+		const tools = [...route.relevant_tools, ...route.possibly_relevant_tools];
+		assert.ok(tools.includes('blueprint_add_dynamic_material_parameter_update'), `tools: ${tools.join(', ')}`);
+		assert.equal(route.next_step, 'Call unreal_get_capabilities.');
+	});
+
+	test('unreal_recommend_tools without Task is a tool error, not a JSON-RPC error', async () =>
+	{
+		const result = await callTool(client, 'unreal_recommend_tools', {});
+		assert.equal(result.isError, true);
+		assert.deepEqual(result.content, [{ type: 'text', text: 'unreal_recommend_tools requires Task.' }]);
+		assert.equal(result.structuredContent, undefined);
+	});
+});
+
+describe('shutdown', { timeout: TEST_TIMEOUT_MS }, () =>
+{
+	test('the host exits cleanly when its standard input closes', async () =>
+	{
+		await client?.close();
+		client = undefined;
+		const exit = await host.stop(HOST_EXIT_TIMEOUT_MS);
+		assert.ok(exit, `zorvek-bridge-host did not exit within ${HOST_EXIT_TIMEOUT_MS} ms of its input closing.\n${host.outputText()}`);
+		assert.deepEqual(exit, { code: 0, signal: null }, host.outputText());
+		// The only transport errors the SDK may report are about its optional event stream.
+		for (const error of transportErrors)
+		{
+			assert.match(String(error?.message ?? error), /SSE|event|stream|404|405/i, `unexpected transport error: ${error}`);
+		}
+	});
+});
