@@ -41,11 +41,12 @@ namespace
 
 	struct FBenchmarkOptions
 	{
-		double Seconds = 2.0;
-		double WarmupSeconds = 0.5;
-		// Rounds over all cases; each figure is the round with the median throughput, so a burst
-		// of other work on a shared machine moves one round, not the result.
-		int Rounds = 3;
+		double Seconds = 1.0;
+		double WarmupSeconds = 0.2;
+		// Rounds over all cases, each case right after the ceiling of its round. Each figure is
+		// the round with the median throughput and the ratio is the median of the rounds' ratios,
+		// so a burst of other work on a shared machine moves a round, not the result.
+		int Rounds = 7;
 		std::vector<int> ConnectionCounts = {1, 16};
 		uint16 BasePort = DefaultBenchmarkBasePort;
 		// Parts of the case labels to run ("ceiling", "ping", ...); empty runs every case.
@@ -397,41 +398,70 @@ namespace
 				return false;
 			}
 		}
-		// Bounded: at most a minute per case, 9 rounds and 64 connections (the listeners' thread pools).
+		// Bounded: at most a minute per case, 25 rounds and 64 connections (the listeners' thread pools).
 		const bool bConnectionsValid = !Options.ConnectionCounts.empty() && std::all_of(Options.ConnectionCounts.begin(), Options.ConnectionCounts.end(), [](int Count) { return Count >= 1 && Count <= 64; });
-		return Options.Seconds > 0.0 && Options.Seconds <= 60.0 && Options.Rounds >= 1 && Options.Rounds <= 9 && Options.WarmupSeconds >= 0.0 && Options.WarmupSeconds <= 10.0 && bConnectionsValid && Options.BasePort != 0;
+		return Options.Seconds > 0.0 && Options.Seconds <= 60.0 && Options.Rounds >= 1 && Options.Rounds <= 25 && Options.WarmupSeconds >= 0.0 && Options.WarmupSeconds <= 10.0 && bConnectionsValid && Options.BasePort != 0;
 	}
 
-	// The round with the median throughput, and the lowest and highest throughput of all rounds.
-	FCaseResult PickMedianRound(std::vector<FCaseResult> Rounds, double& OutLowest, double& OutHighest)
+	double Median(std::vector<double> Values)
 	{
-		for (const FCaseResult& Round : Rounds)
+		std::sort(Values.begin(), Values.end());
+		return Values.empty() ? 0.0 : Values[Values.size() / 2];
+	}
+
+	// One case over all rounds: the round with the median throughput, the lowest and highest
+	// throughput, and the median of its throughput over the ceiling's in the same round.
+	struct FCaseSummary
+	{
+		FCaseResult MedianRound;
+		double Lowest = 0.0;
+		double Highest = 0.0;
+		double RatioToCeiling = 0.0;
+	};
+
+	FCaseSummary Summarize(const std::vector<FCaseResult>& Rounds, const std::vector<FCaseResult>& CeilingRounds)
+	{
+		FCaseSummary Summary;
+		std::vector<FCaseResult> Sorted = Rounds;
+		for (const FCaseResult& Round : Sorted)
 		{
 			if (!Round.bValid)
 			{
-				return Round;
+				Summary.MedianRound = Round;
+				return Summary;
 			}
 		}
-		std::sort(Rounds.begin(), Rounds.end(), [](const FCaseResult& A, const FCaseResult& B) { return A.RequestsPerSecond() < B.RequestsPerSecond(); });
-		OutLowest = Rounds.front().RequestsPerSecond();
-		OutHighest = Rounds.back().RequestsPerSecond();
-		return Rounds[Rounds.size() / 2];
+		std::vector<double> Ratios;
+		for (size_t Round = 0; Round < Rounds.size() && Round < CeilingRounds.size(); ++Round)
+		{
+			if (CeilingRounds[Round].bValid && CeilingRounds[Round].RequestsPerSecond() > 0.0)
+			{
+				Ratios.push_back(Rounds[Round].RequestsPerSecond() / CeilingRounds[Round].RequestsPerSecond());
+			}
+		}
+		std::sort(Sorted.begin(), Sorted.end(), [](const FCaseResult& A, const FCaseResult& B) { return A.RequestsPerSecond() < B.RequestsPerSecond(); });
+		Summary.MedianRound = Sorted[Sorted.size() / 2];
+		Summary.Lowest = Sorted.front().RequestsPerSecond();
+		Summary.Highest = Sorted.back().RequestsPerSecond();
+		Summary.RatioToCeiling = Median(Ratios);
+		return Summary;
 	}
 
-	void PrintRow(const std::string& Label, int Connections, const FCaseResult& Result, double Lowest, double Highest, double CeilingRequestsPerSecond)
+	void PrintRow(const std::string& Label, int Connections, const FCaseSummary& Summary, bool bShowRatio)
 	{
+		const FCaseResult& Result = Summary.MedianRound;
 		if (!Result.bValid)
 		{
 			std::printf("%-36s %5d   not measured: %s\n", Label.c_str(), Connections, Result.Problem.c_str());
 			return;
 		}
 		char Ratio[32] = "";
-		if (CeilingRequestsPerSecond > 0.0)
+		if (bShowRatio && Summary.RatioToCeiling > 0.0)
 		{
-			std::snprintf(Ratio, sizeof(Ratio), "%5.1f%%", 100.0 * Result.RequestsPerSecond() / CeilingRequestsPerSecond);
+			std::snprintf(Ratio, sizeof(Ratio), "%5.1f%%", 100.0 * Summary.RatioToCeiling);
 		}
 		char Range[48];
-		std::snprintf(Range, sizeof(Range), "%.0f-%.0f", Lowest, Highest);
+		std::snprintf(Range, sizeof(Range), "%.0f-%.0f", Summary.Lowest, Summary.Highest);
 		std::printf("%-36s %5d %10.0f %15s %9.3f %9.3f %9.3f %9.1f   %s\n", Label.c_str(), Connections, Result.RequestsPerSecond(), Range, Result.P50Ms, Result.P90Ms, Result.P99Ms, Result.CpuMicrosecondsPerRequest, Ratio);
 	}
 }
@@ -441,7 +471,7 @@ int main(int ArgumentCount, char** Arguments)
 	FBenchmarkOptions Options;
 	if (!ParseOptions(ArgumentCount, Arguments, Options))
 	{
-		std::fprintf(stderr, "Usage: EndpointBenchmark [--seconds 0-60] [--warmup 0-10] [--rounds 1-9] [--connections 1,16 (each 1-64)] [--cases ceiling,ping,tools/list,capabilities] [--base-port P]\n");
+		std::fprintf(stderr, "Usage: EndpointBenchmark [--seconds 0-60] [--warmup 0-10] [--rounds 1-25] [--connections 1,16 (each 1-64)] [--cases ceiling,ping,tools/list,capabilities] [--base-port P]\n");
 		return 2;
 	}
 	std::signal(SIGPIPE, SIG_IGN);
@@ -536,26 +566,19 @@ int main(int ArgumentCount, char** Arguments)
 				}
 			}
 		}
-		double CeilingRequestsPerSecond = 0.0;
 		for (size_t Index = 0; Index < Targets.size(); ++Index)
 		{
 			if (!bSelected[Index])
 			{
 				continue;
 			}
-			double Lowest = 0.0;
-			double Highest = 0.0;
-			FCaseResult Result;
-			Result.Problem = Problems[Index];
+			FCaseSummary Summary;
+			Summary.MedianRound.Problem = Problems[Index];
 			if (Problems[Index].empty())
 			{
-				Result = PickMedianRound(Rounds[Index], Lowest, Highest);
+				Summary = Summarize(Rounds[Index], Rounds[0]);
 			}
-			PrintRow(Targets[Index].Label, Connections, Result, Lowest, Highest, Index == 0 ? 0.0 : CeilingRequestsPerSecond);
-			if (Index == 0 && Result.bValid)
-			{
-				CeilingRequestsPerSecond = Result.RequestsPerSecond();
-			}
+			PrintRow(Targets[Index].Label, Connections, Summary, Index != 0);
 		}
 		std::fflush(stdout);
 	}
