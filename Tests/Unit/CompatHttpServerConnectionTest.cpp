@@ -53,73 +53,91 @@ namespace
 		}
 		return Data;
 	}
+
+	// A POST route on its own port that answers every request with "answered".
+	class FAnsweringRoute
+	{
+	public:
+		explicit FAnsweringRoute(uint32 Port)
+		{
+			FHttpServerModule::Get().StartAllListeners();
+			Router = FHttpServerModule::Get().GetHttpRouter(Port, true);
+			if (Router.IsValid())
+			{
+				Route = Router->BindRoute(FHttpPath(TEXT("/answer")), EHttpServerRequestVerbs::VERB_POST,
+					FHttpRequestHandler::CreateLambda([](const FHttpServerRequest&, const FHttpResultCallback& OnComplete)
+					{
+						OnComplete(FHttpServerResponse::Create(TEXT("answered"), TEXT("text/plain")));
+						return true;
+					}));
+			}
+		}
+
+		~FAnsweringRoute()
+		{
+			if (Router.IsValid() && Route.IsValid())
+			{
+				Router->UnbindRoute(Route);
+			}
+		}
+
+		bool IsBound() const { return Route.IsValid(); }
+
+		// One keep-alive request on the connection; true when its answer arrived.
+		static bool Exchange(int Client, bool& bOutClosed)
+		{
+			const std::string Request = "POST /answer HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: 0\r\n\r\n";
+			if (::send(Client, Request.data(), Request.size(), MSG_NOSIGNAL) != (ssize_t)Request.size())
+			{
+				return false;
+			}
+			return ReadUntil(Client, "answered", 2000, bOutClosed).find("answered") != std::string::npos;
+		}
+
+	private:
+		TSharedPtr<IHttpRouter> Router;
+		FHttpRouteHandle Route;
+	};
 }
 
 TEST(CompatHttpServerConnection, KeepAliveAnswersAreNotHeldBackByDelayedAck)
 {
-	FHttpServerModule& Module = FHttpServerModule::Get();
-	Module.StartAllListeners();
-	TSharedPtr<IHttpRouter> Router = Module.GetHttpRouter(KeepAliveTestPort, true);
-	ASSERT_TRUE(Router.IsValid()) << "port " << KeepAliveTestPort << " is taken";
-	const FHttpRouteHandle Route = Router->BindRoute(FHttpPath(TEXT("/keep-alive-test")), EHttpServerRequestVerbs::VERB_POST,
-		FHttpRequestHandler::CreateLambda([](const FHttpServerRequest&, const FHttpResultCallback& OnComplete)
-		{
-			OnComplete(FHttpServerResponse::Create(TEXT("answered"), TEXT("text/plain")));
-			return true;
-		}));
-	ASSERT_TRUE(Route.IsValid());
-
+	FAnsweringRoute Route(KeepAliveTestPort);
+	ASSERT_TRUE(Route.IsBound()) << "port " << KeepAliveTestPort << " is taken";
 	const int Client = ConnectToLoopback(KeepAliveTestPort);
 	ASSERT_GE(Client, 0);
-	const std::string Request = "POST /keep-alive-test HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: 0\r\n\r\n";
+
 	// The server writes a response's head and body separately; with Nagle's algorithm on, the
 	// body of every answer after the first waits about 40 ms for the client's delayed ACK.
 	constexpr int Exchanges = 20;
 	const double Started = FPlatformTime::Seconds();
 	for (int Exchange = 0; Exchange < Exchanges; ++Exchange)
 	{
-		ASSERT_EQ(::send(Client, Request.data(), Request.size(), MSG_NOSIGNAL), (ssize_t)Request.size());
 		bool bClosed = false;
-		const std::string Answer = ReadUntil(Client, "answered", 2000, bClosed);
-		ASSERT_NE(Answer.find("answered"), std::string::npos) << "exchange " << Exchange << ": " << Answer;
+		ASSERT_TRUE(FAnsweringRoute::Exchange(Client, bClosed)) << "exchange " << Exchange;
 	}
 	EXPECT_LT(FPlatformTime::Seconds() - Started, 0.4) << Exchanges << " keep-alive exchanges";
 	::close(Client);
-	Router->UnbindRoute(Route);
 }
 
 TEST(CompatHttpServerConnection, IdleKeepAliveConnectionDoesNotHoldUpShutdown)
 {
-	FHttpServerModule& Module = FHttpServerModule::Get();
-	Module.StartAllListeners();
-	TSharedPtr<IHttpRouter> Router = Module.GetHttpRouter(ShutdownTestPort, true);
-	ASSERT_TRUE(Router.IsValid()) << "port " << ShutdownTestPort << " is taken";
-	const FHttpRouteHandle Route = Router->BindRoute(FHttpPath(TEXT("/shutdown-test")), EHttpServerRequestVerbs::VERB_POST,
-		FHttpRequestHandler::CreateLambda([](const FHttpServerRequest&, const FHttpResultCallback& OnComplete)
-		{
-			OnComplete(FHttpServerResponse::Create(TEXT("answered"), TEXT("text/plain")));
-			return true;
-		}));
-	ASSERT_TRUE(Route.IsValid());
-
-	// One answered request, then the connection stays open and idle, as an MCP client leaves it.
+	FAnsweringRoute Route(ShutdownTestPort);
+	ASSERT_TRUE(Route.IsBound()) << "port " << ShutdownTestPort << " is taken";
 	const int Client = ConnectToLoopback(ShutdownTestPort);
 	ASSERT_GE(Client, 0);
-	const std::string Request = "POST /shutdown-test HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: 0\r\n\r\n";
-	ASSERT_EQ(::send(Client, Request.data(), Request.size(), MSG_NOSIGNAL), (ssize_t)Request.size());
+
+	// One answered request, then the connection stays open and idle, as an MCP client leaves it.
 	bool bClosed = false;
-	const std::string Answer = ReadUntil(Client, "answered", 2000, bClosed);
-	EXPECT_NE(Answer.find("answered"), std::string::npos) << Answer;
+	EXPECT_TRUE(FAnsweringRoute::Exchange(Client, bClosed));
 	EXPECT_FALSE(bClosed) << "the server closed a keep-alive connection after one request";
 
 	const double Started = FPlatformTime::Seconds();
-	Module.ShutdownModule();
-	const double Elapsed = FPlatformTime::Seconds() - Started;
+	FHttpServerModule::Get().ShutdownModule();
 	// Without closing idle connections the listener thread would wait out the 15 s keep-alive.
-	EXPECT_LT(Elapsed, 5.0);
+	EXPECT_LT(FPlatformTime::Seconds() - Started, 5.0);
 
 	ReadUntil(Client, std::string(), 2000, bClosed);
 	EXPECT_TRUE(bClosed) << "the idle connection is still open after shut-down";
 	::close(Client);
-	Router->UnbindRoute(Route);
 }
