@@ -1,5 +1,6 @@
-// Keep-alive connections of the host's HTTP server: answers are not held back by the client's
-// delayed ACK, and an idle connection does not hold up shutting the module down.
+// Connections and listener threads of the host's HTTP server: answers are not held back by the
+// client's delayed ACK, and neither an idle connection nor a listener stopped at once holds up
+// shutting the module down.
 #include "HAL/PlatformTime.h"
 #include "HttpServerModule.h"
 #include "HttpServerRequest.h"
@@ -7,6 +8,8 @@
 #include "ZorvekTestSupport.h"
 
 #include <arpa/inet.h>
+#include <chrono>
+#include <future>
 #include <netinet/in.h>
 #include <poll.h>
 #include <string>
@@ -18,6 +21,7 @@ namespace
 	// Far from the endpoint's ports 8765-8789.
 	constexpr uint32 ShutdownTestPort = 28791;
 	constexpr uint32 KeepAliveTestPort = 28792;
+	constexpr uint32 QuickStopTestPort = 28793;
 
 	int ConnectToLoopback(uint32 Port)
 	{
@@ -140,4 +144,18 @@ TEST(CompatHttpServerConnection, IdleKeepAliveConnectionDoesNotHoldUpShutdown)
 	ReadUntil(Client, std::string(), 2000, bClosed);
 	EXPECT_TRUE(bClosed) << "the idle connection is still open after shut-down";
 	::close(Client);
+}
+
+TEST(CompatHttpServerConnection, ListenerStoppedRightAfterStartingDoesNotHoldUpShutdown)
+{
+	FHttpServerModule& Module = FHttpServerModule::Get();
+	for (int Attempt = 0; Attempt < 20; ++Attempt)
+	{
+		Module.StartAllListeners();
+		ASSERT_TRUE(Module.GetHttpRouter(QuickStopTestPort, true).IsValid()) << "port " << QuickStopTestPort << " is taken";
+		Module.StopAllListeners();
+	}
+	// Shutting down joins every stopped listener's thread; one that missed its stop accepts forever.
+	std::future<void> Shutdown = std::async(std::launch::async, [&Module]() { Module.ShutdownModule(); });
+	EXPECT_EQ(Shutdown.wait_for(std::chrono::seconds(10)), std::future_status::ready) << "a stopped listener is still accepting";
 }

@@ -4,6 +4,8 @@
 
 #include <httplib.h>
 
+#include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdlib>
 #include <dirent.h>
@@ -300,7 +302,19 @@ struct FHttpServerModule::FListener
 			return false;
 		}
 		httplib::Server* Raw = Server.get();
-		Thread = std::thread([Raw]() { Raw->listen_after_bind(); });
+		std::shared_ptr<std::atomic<bool>> bListenReturned = std::make_shared<std::atomic<bool>>(false);
+		Thread = std::thread([Raw, bListenReturned]()
+		{
+			Raw->listen_after_bind();
+			*bListenReturned = true;
+		});
+		// cpp-httplib's stop() does nothing until the listening thread has marked the server
+		// running, so a listener stopped right after it started would accept forever and its
+		// thread could never be joined. Wait for that mark (or for the thread to give up).
+		while (!Raw->is_running() && !*bListenReturned)
+		{
+			std::this_thread::sleep_for(std::chrono::microseconds(100));
+		}
 		bListening = true;
 		UE_LOG(LogHttpListener, Log, TEXT("Created new HttpListener on 127.0.0.1:%u"), Port);
 		return true;
