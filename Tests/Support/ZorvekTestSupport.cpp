@@ -24,6 +24,16 @@ void PrintTo(const FName& Value, std::ostream* Stream)
 	*Stream << UECompatToUtf8(Value.ToString());
 }
 
+void PrintTo(const TArray<FString>& Value, std::ostream* Stream)
+{
+	*Stream << '{';
+	for (int32 Index = 0; Index < Value.Num(); ++Index)
+	{
+		*Stream << (Index > 0 ? ", " : "") << '"' << UECompatToUtf8(Value[Index]) << '"';
+	}
+	*Stream << '}';
+}
+
 FLogCapture::FLogCapture()
 {
 	GLog->AddOutputDevice(this);

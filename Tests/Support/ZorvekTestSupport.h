@@ -15,6 +15,7 @@
 
 void PrintTo(const FString& Value, std::ostream* Stream);
 void PrintTo(const FName& Value, std::ostream* Stream);
+void PrintTo(const TArray<FString>& Value, std::ostream* Stream);
 
 // Collects log lines while it lives.
 class FLogCapture : public FOutputDevice
