@@ -1,6 +1,7 @@
 #include "ZorvekTestSupport.h"
 
 #include "Async/Async.h"
+#include "Dom/JsonValue.h"
 #include "HAL/PlatformTime.h"
 #include "Serialization/JsonReader.h"
 #include "Serialization/JsonSerializer.h"
@@ -111,6 +112,26 @@ FString ToCondensedJson(const TSharedPtr<FJsonObject>& Object)
 	FString Text;
 	FJsonSerializer::Serialize(Object, TJsonWriterFactory<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>::Create(&Text));
 	return Text;
+}
+
+TArray<FString> JsonKeysOf(const TSharedPtr<FJsonObject>& Object)
+{
+	TArray<FString> Keys;
+	for (const auto& Pair : Object->Values)
+	{
+		Keys.Add(Pair.Key);
+	}
+	return Keys;
+}
+
+TArray<FString> JsonStringsOf(const TArray<TSharedPtr<FJsonValue>>& Values)
+{
+	TArray<FString> Strings;
+	for (const TSharedPtr<FJsonValue>& Value : Values)
+	{
+		Strings.Add(Value->AsString());
+	}
+	return Strings;
 }
 
 bool PumpGameThreadUntil(const std::function<bool()>& Predicate, double TimeoutSeconds)

@@ -48,6 +48,9 @@ private:
 TSharedPtr<FJsonObject> ParseJsonObject(const FString& Text);
 TSharedPtr<FJsonObject> ParseJsonObject(const std::string& Utf8Text);
 FString ToCondensedJson(const TSharedPtr<FJsonObject>& Object);
+// The member names of an object in their order, and the strings of an array of strings.
+TArray<FString> JsonKeysOf(const TSharedPtr<FJsonObject>& Object);
+TArray<FString> JsonStringsOf(const TArray<TSharedPtr<FJsonValue>>& Values);
 
 // Runs game-thread tasks on the calling thread until the predicate holds or the time is up.
 bool PumpGameThreadUntil(const std::function<bool()>& Predicate, double TimeoutSeconds = 10.0);

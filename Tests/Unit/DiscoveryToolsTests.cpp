@@ -17,26 +17,6 @@ namespace
 	// Far from the endpoint's own range 8765-8789.
 	constexpr uint16 StatusTestPort = 28765;
 
-	TArray<FString> KeysOf(const TSharedPtr<FJsonObject>& Object)
-	{
-		TArray<FString> Keys;
-		for (const auto& Pair : Object->Values)
-		{
-			Keys.Add(Pair.Key);
-		}
-		return Keys;
-	}
-
-	TArray<FString> StringsOf(const TArray<TSharedPtr<FJsonValue>>& Values)
-	{
-		TArray<FString> Strings;
-		for (const TSharedPtr<FJsonValue>& Value : Values)
-		{
-			Strings.Add(Value->AsString());
-		}
-		return Strings;
-	}
-
 	bool ContainsExactly(const TArray<FString>& Strings, const FString& Wanted)
 	{
 		return Strings.ContainsByPredicate([&Wanted](const FString& String) { return String.Equals(Wanted, ESearchCase::CaseSensitive); });
@@ -130,11 +110,11 @@ namespace
 		// Rules every route keeps, whatever the task.
 		static void ExpectWellFormedRoute(const TSharedPtr<FJsonObject>& Route)
 		{
-			const TArray<FString> Relevant = StringsOf(Route->GetArrayField(TEXT("relevant_tools")));
-			const TArray<FString> Possibly = StringsOf(Route->GetArrayField(TEXT("possibly_relevant_tools")));
+			const TArray<FString> Relevant = JsonStringsOf(Route->GetArrayField(TEXT("relevant_tools")));
+			const TArray<FString> Possibly = JsonStringsOf(Route->GetArrayField(TEXT("possibly_relevant_tools")));
 			for (const TCHAR* Key : {TEXT("matched_domains"), TEXT("relevant_tools"), TEXT("possibly_relevant_tools"), TEXT("first_steps"), TEXT("unsupported_boundaries"), TEXT("reasoning")})
 			{
-				EXPECT_FALSE(HasDuplicates(StringsOf(Route->GetArrayField(Key)))) << UECompatToUtf8(FString(Key));
+				EXPECT_FALSE(HasDuplicates(JsonStringsOf(Route->GetArrayField(Key)))) << UECompatToUtf8(FString(Key));
 			}
 			for (const FString& Tool : Relevant)
 			{
@@ -145,22 +125,22 @@ namespace
 			{
 				EXPECT_TRUE(IsListedTool(Tool)) << UECompatToUtf8(Tool);
 			}
-			for (const FString& Step : StringsOf(Route->GetArrayField(TEXT("first_steps"))))
+			for (const FString& Step : JsonStringsOf(Route->GetArrayField(TEXT("first_steps"))))
 			{
 				ExpectMentionedToolsExist(Step);
 			}
-			const TArray<FString> Domains = StringsOf(Route->GetArrayField(TEXT("matched_domains")));
+			const TArray<FString> Domains = JsonStringsOf(Route->GetArrayField(TEXT("matched_domains")));
 			ASSERT_FALSE(Domains.IsEmpty());
 			EXPECT_EQ(Route->GetStringField(TEXT("primary_domain")), Domains[0]);
 			EXPECT_EQ(Route->GetArrayField(TEXT("reasoning")).Num(), Domains.Num());
 		}
 
-		static TArray<FString> Domains(const TSharedPtr<FJsonObject>& Route) { return StringsOf(Route->GetArrayField(TEXT("matched_domains"))); }
-		static TArray<FString> Relevant(const TSharedPtr<FJsonObject>& Route) { return StringsOf(Route->GetArrayField(TEXT("relevant_tools"))); }
-		static TArray<FString> Possibly(const TSharedPtr<FJsonObject>& Route) { return StringsOf(Route->GetArrayField(TEXT("possibly_relevant_tools"))); }
-		static TArray<FString> Steps(const TSharedPtr<FJsonObject>& Route) { return StringsOf(Route->GetArrayField(TEXT("first_steps"))); }
-		static TArray<FString> Boundaries(const TSharedPtr<FJsonObject>& Route) { return StringsOf(Route->GetArrayField(TEXT("unsupported_boundaries"))); }
-		static TArray<FString> Reasons(const TSharedPtr<FJsonObject>& Route) { return StringsOf(Route->GetArrayField(TEXT("reasoning"))); }
+		static TArray<FString> Domains(const TSharedPtr<FJsonObject>& Route) { return JsonStringsOf(Route->GetArrayField(TEXT("matched_domains"))); }
+		static TArray<FString> Relevant(const TSharedPtr<FJsonObject>& Route) { return JsonStringsOf(Route->GetArrayField(TEXT("relevant_tools"))); }
+		static TArray<FString> Possibly(const TSharedPtr<FJsonObject>& Route) { return JsonStringsOf(Route->GetArrayField(TEXT("possibly_relevant_tools"))); }
+		static TArray<FString> Steps(const TSharedPtr<FJsonObject>& Route) { return JsonStringsOf(Route->GetArrayField(TEXT("first_steps"))); }
+		static TArray<FString> Boundaries(const TSharedPtr<FJsonObject>& Route) { return JsonStringsOf(Route->GetArrayField(TEXT("unsupported_boundaries"))); }
+		static TArray<FString> Reasons(const TSharedPtr<FJsonObject>& Route) { return JsonStringsOf(Route->GetArrayField(TEXT("reasoning"))); }
 
 		TSharedRef<FZorvekMCPBridgeServer, ESPMode::ThreadSafe> Server = MakeShared<FZorvekMCPBridgeServer, ESPMode::ThreadSafe>();
 	};
@@ -173,7 +153,7 @@ namespace
 TEST_F(FDiscoveryToolsTest, StatusOfAStoppedBridge)
 {
 	const TSharedPtr<FJsonObject> Status = CallStructured(TEXT("unreal_get_status"));
-	EXPECT_EQ(KeysOf(Status), (TArray<FString>{TEXT("running"), TEXT("port"), TEXT("endpoint_url"), TEXT("unreal_version"), TEXT("standalone"), TEXT("backend"),
+	EXPECT_EQ(JsonKeysOf(Status), (TArray<FString>{TEXT("running"), TEXT("port"), TEXT("endpoint_url"), TEXT("unreal_version"), TEXT("standalone"), TEXT("backend"),
 		TEXT("capabilities_endpoint"), TEXT("discovery_note"), TEXT("capabilities")}));
 	EXPECT_FALSE(Status->GetBoolField(TEXT("running")));
 	EXPECT_EQ(Status->GetNumberField(TEXT("port")), 0);
@@ -212,18 +192,18 @@ TEST_F(FDiscoveryToolsTest, StatusOfARunningBridgeAndItsUnlistedAlias)
 TEST_F(FDiscoveryToolsTest, ManifestMembersAndFixedTexts)
 {
 	const TSharedPtr<FJsonObject> Manifest = CallStructured(TEXT("unreal_get_capabilities"));
-	EXPECT_EQ(KeysOf(Manifest), (TArray<FString>{TEXT("manifest_version"), TEXT("bridge"), TEXT("backend"), TEXT("purpose"), TEXT("support_contact"), TEXT("key_tools"),
+	EXPECT_EQ(JsonKeysOf(Manifest), (TArray<FString>{TEXT("manifest_version"), TEXT("bridge"), TEXT("backend"), TEXT("purpose"), TEXT("support_contact"), TEXT("key_tools"),
 		TEXT("feature_matrix"), TEXT("recommended_discovery_flow"), TEXT("preferred_workflows"), TEXT("known_unsupported")}));
 	EXPECT_EQ(Manifest->GetStringField(TEXT("manifest_version")), TEXT("2026-07-07"));
 	EXPECT_EQ(Manifest->GetStringField(TEXT("bridge")), TEXT("ZorvekMCPBridge"));
 	EXPECT_EQ(Manifest->GetStringField(TEXT("backend")), TEXT("native_unreal_editor"));
 	EXPECT_EQ(Manifest->GetStringField(TEXT("purpose")), TEXT("Authoritative capability matrix for agents. Use this before inferring limitations from a partial or lazily exposed tool list."));
-	EXPECT_EQ(StringsOf(Manifest->GetArrayField(TEXT("known_unsupported"))), (TArray<FString>{TEXT("Enhanced Input asset editing"), TEXT("Input Mapping Context asset editing"),
+	EXPECT_EQ(JsonStringsOf(Manifest->GetArrayField(TEXT("known_unsupported"))), (TArray<FString>{TEXT("Enhanced Input asset editing"), TEXT("Input Mapping Context asset editing"),
 		TEXT("Material graph editing"), TEXT("PCG arbitrary/freeform spline forest area sampling"), TEXT("PCG arbitrary volume-shaped forest bounds"),
 		TEXT("Data Asset array/map indexed property editing"), TEXT("Saving/opening arbitrary user maps without explicit current-level opt-in"),
 		TEXT("PIE/game execution control"), TEXT("Camera asset editing")}));
 
-	const TArray<FString> KeyTools = StringsOf(Manifest->GetArrayField(TEXT("key_tools")));
+	const TArray<FString> KeyTools = JsonStringsOf(Manifest->GetArrayField(TEXT("key_tools")));
 	ASSERT_GE(KeyTools.Num(), 3);
 	EXPECT_EQ(KeyTools[0], TEXT("unreal_get_status"));
 	EXPECT_EQ(KeyTools[1], TEXT("unreal_get_capabilities"));
@@ -284,8 +264,8 @@ TEST_F(FDiscoveryToolsTest, DiscoveryFlowAndWorkflowsNameRealTools)
 {
 	const TSharedPtr<FJsonObject> Manifest = CallStructured(TEXT("unreal_get_capabilities"));
 	const TSharedPtr<FJsonObject> Flow = Manifest->GetObjectField(TEXT("recommended_discovery_flow"));
-	EXPECT_EQ(KeysOf(Flow), TArray<FString>{TEXT("steps")});
-	const TArray<FString> FlowSteps = StringsOf(Flow->GetArrayField(TEXT("steps")));
+	EXPECT_EQ(JsonKeysOf(Flow), TArray<FString>{TEXT("steps")});
+	const TArray<FString> FlowSteps = JsonStringsOf(Flow->GetArrayField(TEXT("steps")));
 	for (const TCHAR* Step : {TEXT("Call tools/list or host-specific tool search for blueprint_* tools."),
 		TEXT("Use blueprint_search_project to find examples or comments before filesystem scraping."),
 		TEXT("Use blueprint_read_graph with asset_path and graph_name from search results."),
@@ -302,13 +282,13 @@ TEST_F(FDiscoveryToolsTest, DiscoveryFlowAndWorkflowsNameRealTools)
 	}
 
 	const TSharedPtr<FJsonObject> Workflows = Manifest->GetObjectField(TEXT("preferred_workflows"));
-	EXPECT_EQ(KeysOf(Workflows), (TArray<FString>{TEXT("route_user_task_to_tools"), TEXT("bob_direct_mcp_smoke"), TEXT("jules_async_local_validation"),
+	EXPECT_EQ(JsonKeysOf(Workflows), (TArray<FString>{TEXT("route_user_task_to_tools"), TEXT("bob_direct_mcp_smoke"), TEXT("jules_async_local_validation"),
 		TEXT("bob_jules_onboarding"), TEXT("find_existing_blueprint_context"), TEXT("data_asset_discovery"), TEXT("write_blueprint_graph"),
 		TEXT("create_primitive_visual_actor"), TEXT("guarded_editor_actor_placement"), TEXT("visual_editor_qa"), TEXT("pcg_discovery_before_forest_repro"),
 		TEXT("pcg_road_city_discovery"), TEXT("pcg_forest_video_demo_recipe"), TEXT("batch_authoring"), TEXT("minimal_material_authoring")}));
 	for (const auto& Pair : Workflows->Values)
 	{
-		const TArray<FString> WorkflowSteps = StringsOf(Pair.Value->AsArray());
+		const TArray<FString> WorkflowSteps = JsonStringsOf(Pair.Value->AsArray());
 		EXPECT_GE(WorkflowSteps.Num(), 2) << UECompatToUtf8(Pair.Key);
 		for (const FString& Step : WorkflowSteps)
 		{
@@ -320,7 +300,7 @@ TEST_F(FDiscoveryToolsTest, DiscoveryFlowAndWorkflowsNameRealTools)
 TEST_F(FDiscoveryToolsTest, SupportContactIsEmptyUntilConfiguredAndStillReadsSensibly)
 {
 	const TSharedPtr<FJsonObject> Contact = CallStructured(TEXT("unreal_get_capabilities"))->GetObjectField(TEXT("support_contact"));
-	EXPECT_EQ(KeysOf(Contact), (TArray<FString>{TEXT("discord"), TEXT("email"), TEXT("guidance"), TEXT("message_template")}));
+	EXPECT_EQ(JsonKeysOf(Contact), (TArray<FString>{TEXT("discord"), TEXT("email"), TEXT("guidance"), TEXT("message_template")}));
 	EXPECT_EQ(Contact->GetStringField(TEXT("discord")), TEXT(""));
 	EXPECT_EQ(Contact->GetStringField(TEXT("email")), TEXT(""));
 	const FString Guidance = Contact->GetStringField(TEXT("guidance"));
@@ -375,7 +355,7 @@ TEST_F(FDiscoveryToolsTest, RecommendRequiresATask)
 TEST_F(FDiscoveryToolsTest, RecommendationMembersEchoTheInputs)
 {
 	const TSharedPtr<FJsonObject> Route = Recommend(TEXT("Explain BP_Door"), TEXT("blueprint"), TEXT("inspect"), TEXT("Blueprint"));
-	EXPECT_EQ(KeysOf(Route), (TArray<FString>{TEXT("task"), TEXT("domain_hint"), TEXT("intent_hint"), TEXT("asset_type_hint"), TEXT("primary_domain"),
+	EXPECT_EQ(JsonKeysOf(Route), (TArray<FString>{TEXT("task"), TEXT("domain_hint"), TEXT("intent_hint"), TEXT("asset_type_hint"), TEXT("primary_domain"),
 		TEXT("matched_domains"), TEXT("relevant_tools"), TEXT("possibly_relevant_tools"), TEXT("first_steps"), TEXT("unsupported_boundaries"), TEXT("reasoning"),
 		TEXT("confidence"), TEXT("agent_guidance"), TEXT("support_contact"), TEXT("next_step")}));
 	EXPECT_EQ(Route->GetStringField(TEXT("task")), TEXT("Explain BP_Door"));

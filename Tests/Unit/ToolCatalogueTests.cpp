@@ -8,26 +8,6 @@
 
 namespace
 {
-	TArray<FString> KeysOf(const TSharedPtr<FJsonObject>& Object)
-	{
-		TArray<FString> Keys;
-		for (const auto& Pair : Object->Values)
-		{
-			Keys.Add(Pair.Key);
-		}
-		return Keys;
-	}
-
-	TArray<FString> StringsOf(const TArray<TSharedPtr<FJsonValue>>& Values)
-	{
-		TArray<FString> Strings;
-		for (const TSharedPtr<FJsonValue>& Value : Values)
-		{
-			Strings.Add(Value->AsString());
-		}
-		return Strings;
-	}
-
 	class FToolCatalogueTest : public ::testing::Test
 	{
 	protected:
@@ -106,7 +86,7 @@ TEST_F(FToolCatalogueTest, ListsTheSeventySevenToolsInCatalogueOrder)
 	ASSERT_EQ(Expected.Num(), 77);
 
 	const TSharedPtr<FJsonObject> Result = ListTools();
-	EXPECT_EQ(KeysOf(Result), TArray<FString>{TEXT("tools")});
+	EXPECT_EQ(JsonKeysOf(Result), TArray<FString>{TEXT("tools")});
 	TArray<FString> Listed;
 	for (const TSharedPtr<FJsonObject>& Descriptor : ListedDescriptors())
 	{
@@ -142,7 +122,7 @@ TEST_F(FToolCatalogueTest, DescriptorsAndSchemasHaveTheirFixedShape)
 	{
 		const FString Name = Descriptor->GetStringField(TEXT("name"));
 		SCOPED_TRACE(UECompatToUtf8(Name));
-		EXPECT_EQ(KeysOf(Descriptor), (TArray<FString>{TEXT("name"), TEXT("description"), TEXT("inputSchema")}));
+		EXPECT_EQ(JsonKeysOf(Descriptor), (TArray<FString>{TEXT("name"), TEXT("description"), TEXT("inputSchema")}));
 
 		const TSharedPtr<FJsonObject> Schema = Descriptor->GetObjectField(TEXT("inputSchema"));
 		EXPECT_EQ(Schema->GetStringField(TEXT("type")), TEXT("object"));
@@ -157,12 +137,12 @@ TEST_F(FToolCatalogueTest, DescriptorsAndSchemasHaveTheirFixedShape)
 			EXPECT_FALSE(Property->GetStringField(TEXT("description")).IsEmpty()) << UECompatToUtf8(Pair.Key);
 			if (Type == TEXT("string"))
 			{
-				EXPECT_EQ(KeysOf(Property), (TArray<FString>{TEXT("type"), TEXT("description")})) << UECompatToUtf8(Pair.Key);
+				EXPECT_EQ(JsonKeysOf(Property), (TArray<FString>{TEXT("type"), TEXT("description")})) << UECompatToUtf8(Pair.Key);
 			}
 			else
 			{
 				EXPECT_EQ(Type, TEXT("object")) << UECompatToUtf8(Pair.Key);
-				EXPECT_EQ(KeysOf(Property), (TArray<FString>{TEXT("type"), TEXT("description"), TEXT("additionalProperties")})) << UECompatToUtf8(Pair.Key);
+				EXPECT_EQ(JsonKeysOf(Property), (TArray<FString>{TEXT("type"), TEXT("description"), TEXT("additionalProperties")})) << UECompatToUtf8(Pair.Key);
 				EXPECT_TRUE(Property->GetBoolField(TEXT("additionalProperties")));
 			}
 		}
@@ -181,12 +161,12 @@ TEST_F(FToolCatalogueTest, DescriptorsAndSchemasHaveTheirFixedShape)
 		EXPECT_EQ(Properties->Values.Num(), Parameters.Num());
 		if (bAnyRequired)
 		{
-			EXPECT_EQ(KeysOf(Schema), (TArray<FString>{TEXT("type"), TEXT("properties"), TEXT("required")}));
-			EXPECT_EQ(StringsOf(Schema->GetArrayField(TEXT("required"))), ExpectedRequired);
+			EXPECT_EQ(JsonKeysOf(Schema), (TArray<FString>{TEXT("type"), TEXT("properties"), TEXT("required")}));
+			EXPECT_EQ(JsonStringsOf(Schema->GetArrayField(TEXT("required"))), ExpectedRequired);
 		}
 		else
 		{
-			EXPECT_EQ(KeysOf(Schema), (TArray<FString>{TEXT("type"), TEXT("properties")}));
+			EXPECT_EQ(JsonKeysOf(Schema), (TArray<FString>{TEXT("type"), TEXT("properties")}));
 		}
 	}
 }
@@ -196,15 +176,15 @@ TEST_F(FToolCatalogueTest, ParametersKeepTheirDeclaredOrderFormAndRequiredList)
 	const TSharedPtr<FJsonObject> Recommend = FindDescriptor(TEXT("unreal_recommend_tools"));
 	ASSERT_TRUE(Recommend.IsValid());
 	const TSharedPtr<FJsonObject> RecommendSchema = Recommend->GetObjectField(TEXT("inputSchema"));
-	EXPECT_EQ(KeysOf(RecommendSchema->GetObjectField(TEXT("properties"))), (TArray<FString>{TEXT("Task"), TEXT("Domain"), TEXT("Intent"), TEXT("AssetType")}));
-	EXPECT_EQ(StringsOf(RecommendSchema->GetArrayField(TEXT("required"))), TArray<FString>{TEXT("Task")});
+	EXPECT_EQ(JsonKeysOf(RecommendSchema->GetObjectField(TEXT("properties"))), (TArray<FString>{TEXT("Task"), TEXT("Domain"), TEXT("Intent"), TEXT("AssetType")}));
+	EXPECT_EQ(JsonStringsOf(RecommendSchema->GetArrayField(TEXT("required"))), TArray<FString>{TEXT("Task")});
 	EXPECT_EQ(RecommendSchema->GetObjectField(TEXT("properties"))->GetObjectField(TEXT("Domain"))->GetStringField(TEXT("description")),
 		TEXT("Optional domain hint: blueprint, material, asset_inspection, project_search, onboarding, vessa, or broad."));
 
 	// Arrays are declared as objects, exactly like maps.
 	const TSharedPtr<FJsonObject> Recipe = FindDescriptor(TEXT("blueprint_run_recipe"))->GetObjectField(TEXT("inputSchema"));
 	EXPECT_EQ(Recipe->GetObjectField(TEXT("properties"))->GetObjectField(TEXT("Steps"))->GetStringField(TEXT("type")), TEXT("object"));
-	EXPECT_EQ(StringsOf(Recipe->GetArrayField(TEXT("required"))), TArray<FString>{TEXT("Steps")});
+	EXPECT_EQ(JsonStringsOf(Recipe->GetArrayField(TEXT("required"))), TArray<FString>{TEXT("Steps")});
 	const TSharedPtr<FJsonObject> FindClasses = FindDescriptor(TEXT("data_asset_find_classes"))->GetObjectField(TEXT("inputSchema"));
 	EXPECT_EQ(FindClasses->GetObjectField(TEXT("properties"))->GetObjectField(TEXT("PackagePaths"))->GetStringField(TEXT("type")), TEXT("object"));
 	EXPECT_EQ(FindClasses->GetObjectField(TEXT("properties"))->GetObjectField(TEXT("Limit"))->GetStringField(TEXT("type")), TEXT("string"));
@@ -216,12 +196,12 @@ TEST_F(FToolCatalogueTest, ParametersKeepTheirDeclaredOrderFormAndRequiredList)
 	EXPECT_EQ(Width->GetStringField(TEXT("description")), TEXT("Comment box width. Defaults to 400."));
 
 	const TSharedPtr<FJsonObject> Connect = FindDescriptor(TEXT("blueprint_connect_nodes"))->GetObjectField(TEXT("inputSchema"));
-	EXPECT_EQ(StringsOf(Connect->GetArrayField(TEXT("required"))), (TArray<FString>{TEXT("BlueprintNameOrPath"), TEXT("SourceNodeGuid"), TEXT("SourcePinName"), TEXT("TargetNodeGuid"), TEXT("TargetPinName")}));
+	EXPECT_EQ(JsonStringsOf(Connect->GetArrayField(TEXT("required"))), (TArray<FString>{TEXT("BlueprintNameOrPath"), TEXT("SourceNodeGuid"), TEXT("SourcePinName"), TEXT("TargetNodeGuid"), TEXT("TargetPinName")}));
 
 	// The placement opt-in is enforced by the tool, not by the schema.
 	const TSharedPtr<FJsonObject> Place = FindDescriptor(TEXT("editor_place_actor"))->GetObjectField(TEXT("inputSchema"));
 	EXPECT_FALSE(Place->HasField(TEXT("required")));
-	EXPECT_EQ(KeysOf(Place->GetObjectField(TEXT("properties"))), (TArray<FString>{TEXT("BlueprintNameOrPath"), TEXT("ActorClassPath"), TEXT("ActorLabel"), TEXT("AllowCurrentLevel"),
+	EXPECT_EQ(JsonKeysOf(Place->GetObjectField(TEXT("properties"))), (TArray<FString>{TEXT("BlueprintNameOrPath"), TEXT("ActorClassPath"), TEXT("ActorLabel"), TEXT("AllowCurrentLevel"),
 		TEXT("LocationX"), TEXT("LocationY"), TEXT("LocationZ"), TEXT("RotationPitch"), TEXT("RotationYaw"), TEXT("RotationRoll"), TEXT("ScaleX"), TEXT("ScaleY"), TEXT("ScaleZ")}));
 	EXPECT_EQ(Place->GetObjectField(TEXT("properties"))->GetObjectField(TEXT("ScaleZ"))->GetStringField(TEXT("description")), TEXT("Optional actor Z scale. Defaults to 1."));
 
@@ -288,13 +268,13 @@ TEST(FToolResultBuilders, StructuredResultTextParsesBackToTheStructuredContent)
 	for (const bool bIsError : {false, true})
 	{
 		const TSharedPtr<FJsonObject> Result = ZorvekMCPBridgeTools::MakeStructuredToolResult(Payload, bIsError);
-		EXPECT_EQ(KeysOf(Result), (TArray<FString>{TEXT("content"), TEXT("isError"), TEXT("structuredContent")}));
+		EXPECT_EQ(JsonKeysOf(Result), (TArray<FString>{TEXT("content"), TEXT("isError"), TEXT("structuredContent")}));
 		EXPECT_EQ(Result->GetBoolField(TEXT("isError")), bIsError);
 
 		const TArray<TSharedPtr<FJsonValue>>& Content = Result->GetArrayField(TEXT("content"));
 		ASSERT_EQ(Content.Num(), 1);
 		const TSharedPtr<FJsonObject> Item = Content[0]->AsObject();
-		EXPECT_EQ(KeysOf(Item), (TArray<FString>{TEXT("type"), TEXT("text")}));
+		EXPECT_EQ(JsonKeysOf(Item), (TArray<FString>{TEXT("type"), TEXT("text")}));
 		EXPECT_EQ(Item->GetStringField(TEXT("type")), TEXT("text"));
 
 		// The text is the pretty form of the HTTP bodies (tabs, CR LF), not a condensed one.
@@ -311,7 +291,7 @@ TEST(FToolResultBuilders, StructuredResultTextParsesBackToTheStructuredContent)
 TEST(FToolResultBuilders, TextResultCarriesTheMessageAloneAndNoStructuredContent)
 {
 	const TSharedPtr<FJsonObject> Failure = ZorvekMCPBridgeTools::MakeTextToolResult(TEXT("blueprint_add_comment requires CommentText."), true);
-	EXPECT_EQ(KeysOf(Failure), (TArray<FString>{TEXT("content"), TEXT("isError")}));
+	EXPECT_EQ(JsonKeysOf(Failure), (TArray<FString>{TEXT("content"), TEXT("isError")}));
 	EXPECT_TRUE(Failure->GetBoolField(TEXT("isError")));
 	const TArray<TSharedPtr<FJsonValue>>& Content = Failure->GetArrayField(TEXT("content"));
 	ASSERT_EQ(Content.Num(), 1);

@@ -6,15 +6,7 @@
 
 namespace
 {
-	TArray<TSharedPtr<FJsonValue>> ToJsonArray(std::initializer_list<const TCHAR*> Strings)
-	{
-		TArray<TSharedPtr<FJsonValue>> Values;
-		for (const TCHAR* String : Strings)
-		{
-			Values.Add(MakeShared<FJsonValueString>(String));
-		}
-		return Values;
-	}
+	using ZorvekMCPBridgeDiscoveryTools::ToJsonStringArray;
 
 	TSharedPtr<FJsonObject> BuildFeatureMatrix()
 	{
@@ -29,7 +21,7 @@ namespace
 	TSharedPtr<FJsonObject> BuildDiscoveryFlow()
 	{
 		TSharedPtr<FJsonObject> Flow = MakeShared<FJsonObject>();
-		Flow->SetArrayField(TEXT("steps"), ToJsonArray({
+		Flow->SetArrayField(TEXT("steps"), ToJsonStringArray({
 			TEXT("Call unreal_get_status to confirm the bridge is running and which Unreal version it serves."),
 			TEXT("Call unreal_get_capabilities before inferring limitations from a partial or lazily exposed tool list."),
 			TEXT("Call unreal_recommend_tools with the user's task to focus on the relevant tools."),
@@ -48,43 +40,43 @@ namespace
 	TSharedPtr<FJsonObject> BuildPreferredWorkflows()
 	{
 		TSharedPtr<FJsonObject> Workflows = MakeShared<FJsonObject>();
-		Workflows->SetArrayField(TEXT("route_user_task_to_tools"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("route_user_task_to_tools"), ToJsonStringArray({
 			TEXT("Call unreal_get_status to confirm the bridge is running."),
 			TEXT("Call unreal_recommend_tools with the user's task and, when known, the Domain, Intent and AssetType hints."),
 			TEXT("Start with relevant_tools and first_steps; consider possibly_relevant_tools before concluding that a tool is missing."),
 			TEXT("Report unsupported_boundaries plainly instead of faking unsupported work."),
 		}));
-		Workflows->SetArrayField(TEXT("bob_direct_mcp_smoke"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("bob_direct_mcp_smoke"), ToJsonStringArray({
 			TEXT("In Unreal, open Tools > Zorvek MCP Bridge > Connect AI Assistant... and copy the IBM Bob manual setup snippet."),
 			TEXT("Add the snippet to Bob's MCP configuration; Bob talks to the existing local endpoint directly, no coordinator is needed."),
 			TEXT("Ask Bob to call unreal_get_status, then unreal_get_capabilities."),
 			TEXT("Ask Bob to call unreal_recommend_tools with the user's task; if Bob sees a partial tool list, list or search tools again before deciding Zorvek cannot do something."),
 		}));
-		Workflows->SetArrayField(TEXT("jules_async_local_validation"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("jules_async_local_validation"), ToJsonStringArray({
 			TEXT("Copy the Jules task packet from Tools > Zorvek MCP Bridge > Connect AI Assistant...."),
 			TEXT("Jules makes GitHub/repository changes only; it cannot reach the user's 127.0.0.1 Unreal endpoint and no Zorvek-hosted relay exists."),
 			TEXT("Jules hands a local validation packet to an Unreal-capable agent on the user's machine."),
 			TEXT("That agent calls unreal_get_status, unreal_get_capabilities, and unreal_recommend_tools, then validates the change with the recommended tools."),
 		}));
-		Workflows->SetArrayField(TEXT("bob_jules_onboarding"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("bob_jules_onboarding"), ToJsonStringArray({
 			TEXT("Use Tools > Zorvek MCP Bridge > Connect AI Assistant... in the Unreal Editor for client setup; MCP can report endpoint/status but config writes are editor UI driven."),
 			TEXT("IBM Bob connects directly to the local MCP endpoint through its manual setup snippet."),
 			TEXT("Google Jules works asynchronously through its task packet and a local validation packet run by an Unreal-capable agent."),
 			TEXT("Existing direct MCP clients (Codex, Gemini CLI, Google Antigravity, Claude Code, Cursor, JetBrains Rider) keep their setup unchanged."),
 		}));
-		Workflows->SetArrayField(TEXT("find_existing_blueprint_context"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("find_existing_blueprint_context"), ToJsonStringArray({
 			TEXT("Call blueprint_search_project with the user's query and package paths."),
 			TEXT("Follow result recommended_next_tools; use unreal_resolve_asset when only part of a name is known."),
 			TEXT("Call blueprint_read_graph with asset_path and graph_name from the results, and read further graphs from available_graphs."),
 			TEXT("Use unreal_inspect_asset for the asset's reflected properties and references."),
 		}));
-		Workflows->SetArrayField(TEXT("data_asset_discovery"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("data_asset_discovery"), ToJsonStringArray({
 			TEXT("Call data_asset_find_classes to find the exact Data Asset / Primary Data Asset class."),
 			TEXT("Create instances with data_asset_create for one asset or data_asset_create_batch for several; never use blueprint_create for Data Asset instances."),
 			TEXT("Set top-level or nested struct fields with data_asset_set_property; array/map indexing is not supported."),
 			TEXT("Verify the assets with unreal_inspect_asset."),
 		}));
-		Workflows->SetArrayField(TEXT("write_blueprint_graph"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("write_blueprint_graph"), ToJsonStringArray({
 			TEXT("Create the Blueprint with blueprint_create, or find it with unreal_resolve_asset."),
 			TEXT("Add members first: blueprint_add_variable, blueprint_add_component, blueprint_create_function, blueprint_add_custom_event."),
 			TEXT("Get canonical SpawnerId values from blueprint_find_node_spawners or blueprint_resolve_node_spawner."),
@@ -92,45 +84,45 @@ namespace
 			TEXT("Call blueprint_compile, then blueprint_read_graph to verify."),
 			TEXT("Send the same steps as one request with blueprint_run_recipe when the plan is known."),
 		}));
-		Workflows->SetArrayField(TEXT("create_primitive_visual_actor"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("create_primitive_visual_actor"), ToJsonStringArray({
 			TEXT("Call blueprint_create_primitive_actor for an actor Blueprint built from engine primitive meshes, for example a dummy tree from a cylinder and a sphere."),
 			TEXT("Or build it step by step: blueprint_create, then blueprint_add_component with PrimitiveShape and MaterialPath."),
 			TEXT("Call blueprint_compile."),
 			TEXT("Place it with editor_place_actor and AllowCurrentLevel=true, then look at it with editor_capture_viewport."),
 		}));
-		Workflows->SetArrayField(TEXT("guarded_editor_actor_placement"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("guarded_editor_actor_placement"), ToJsonStringArray({
 			TEXT("Call editor_get_world_status to see the current editor world and its placement guard rails."),
 			TEXT("Call editor_place_actor with AllowCurrentLevel=true; every placed actor is tagged for later cleanup."),
 			TEXT("Adjust with editor_set_actor_transform or editor_set_component_transform and read back with editor_read_level_actors."),
 			TEXT("Remove test actors with editor_cleanup_repro_actors, with DryRun=true first to see what would go."),
 		}));
-		Workflows->SetArrayField(TEXT("visual_editor_qa"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("visual_editor_qa"), ToJsonStringArray({
 			TEXT("Select the target with editor_select_actor, or name it in ActorNameOrLabel."),
 			TEXT("Call editor_capture_viewport to save a PNG and read the target actor and component bounds."),
 			TEXT("Adjust with editor_set_actor_transform or editor_set_component_transform and capture again."),
 		}));
-		Workflows->SetArrayField(TEXT("pcg_discovery_before_forest_repro"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("pcg_discovery_before_forest_repro"), ToJsonStringArray({
 			TEXT("Call pcg_get_status first; when PCG is unavailable, report its next_steps instead of changing the level."),
 			TEXT("Create the forest graph and actor with pcg_create_forest_repro and pcg_place_forest_actor, and check the graph with pcg_inspect_graph."),
 			TEXT("Call pcg_generate, then pcg_inspect_generated to see what was produced."),
 		}));
-		Workflows->SetArrayField(TEXT("pcg_road_city_discovery"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("pcg_road_city_discovery"), ToJsonStringArray({
 			TEXT("Call pcg_get_status and pcg_get_road_capabilities."),
 			TEXT("Use pcg_run_city_layout_recipe for grid cities and pcg_update_city_layout_recipe to make them bigger or denser."),
 			TEXT("Use pcg_run_road_recipe for a straight road strip or pcg_run_spline_road_proof for spline-rectangle road bounds; true curved spline sampling is unsupported."),
 		}));
-		Workflows->SetArrayField(TEXT("pcg_forest_video_demo_recipe"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("pcg_forest_video_demo_recipe"), ToJsonStringArray({
 			TEXT("Call pcg_get_status."),
 			TEXT("Call pcg_run_forest_recipe for a one-call forest in the current editor world."),
 			TEXT("Adjust size, density or naturalness with pcg_update_forest_recipe."),
 			TEXT("Frame and capture the result with editor_capture_viewport."),
 		}));
-		Workflows->SetArrayField(TEXT("batch_authoring"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("batch_authoring"), ToJsonStringArray({
 			TEXT("Use blueprint_run_recipe for multi-step Blueprint edits; later steps take earlier results as $StepId.path.to.field."),
 			TEXT("Use data_asset_create_batch for several Data Asset instances, with ContinueOnError=true to go on past a failed item."),
 			TEXT("Both run in order without rollback: read the per-step results before retrying anything."),
 		}));
-		Workflows->SetArrayField(TEXT("minimal_material_authoring"), ToJsonArray({
+		Workflows->SetArrayField(TEXT("minimal_material_authoring"), ToJsonStringArray({
 			TEXT("Call material_resolve_expression_class or material_find_expression_classes to get canonical expression classes."),
 			TEXT("Call material_create, then material_add_expression for each allowlisted expression."),
 			TEXT("Fix properties with material_set_expression_property; wire with material_connect_expressions and material_connect_root."),
@@ -299,7 +291,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeDiscoveryTools::BuildCapabilityManifest()
 	Manifest->SetStringField(TEXT("backend"), TEXT("native_unreal_editor"));
 	Manifest->SetStringField(TEXT("purpose"), TEXT("Authoritative capability matrix for agents. Use this before inferring limitations from a partial or lazily exposed tool list."));
 	Manifest->SetObjectField(TEXT("support_contact"), BuildSupportContact());
-	Manifest->SetArrayField(TEXT("key_tools"), ToJsonArray({
+	Manifest->SetArrayField(TEXT("key_tools"), ToJsonStringArray({
 		TEXT("unreal_get_status"), TEXT("unreal_get_capabilities"), TEXT("unreal_recommend_tools"),
 		TEXT("unreal_resolve_asset"), TEXT("unreal_inspect_asset"),
 		TEXT("data_asset_find_classes"), TEXT("data_asset_create"), TEXT("data_asset_set_property"), TEXT("data_asset_create_batch"),
@@ -313,7 +305,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeDiscoveryTools::BuildCapabilityManifest()
 	Manifest->SetObjectField(TEXT("feature_matrix"), BuildFeatureMatrix());
 	Manifest->SetObjectField(TEXT("recommended_discovery_flow"), BuildDiscoveryFlow());
 	Manifest->SetObjectField(TEXT("preferred_workflows"), BuildPreferredWorkflows());
-	Manifest->SetArrayField(TEXT("known_unsupported"), ToJsonArray({
+	Manifest->SetArrayField(TEXT("known_unsupported"), ToJsonStringArray({
 		TEXT("Enhanced Input asset editing"),
 		TEXT("Input Mapping Context asset editing"),
 		TEXT("Material graph editing"),

@@ -33,6 +33,16 @@ namespace
 	}
 }
 
+TArray<TSharedPtr<FJsonValue>> ZorvekMCPBridgeDiscoveryTools::ToJsonStringArray(const TArray<FString>& Strings)
+{
+	TArray<TSharedPtr<FJsonValue>> Values;
+	for (const FString& String : Strings)
+	{
+		Values.Add(MakeShared<FJsonValueString>(String));
+	}
+	return Values;
+}
+
 FString ZorvekMCPBridgeDiscoveryTools::DescribeSupportChannels()
 {
 	const FString Discord = ReadSupportSetting(SupportDiscordConfigKey);

@@ -5,6 +5,8 @@
 #include "CoreMinimal.h"
 #include "Dom/JsonObject.h"
 
+class FJsonValue;
+
 struct FZorvekMCPBridgeToolContext;
 class FZorvekMCPBridgeServer;
 
@@ -38,6 +40,8 @@ namespace ZorvekMCPBridgeDiscoveryTools
 	TSharedPtr<FJsonObject> BuildSupportContact();
 	// One sentence naming the fastest configured support channel, or saying that none is.
 	FString DescribeSupportChannels();
+
+	TArray<TSharedPtr<FJsonValue>> ToJsonStringArray(const TArray<FString>& Strings);
 
 	// The router: lower-cases the text and drops blanks, "_", "-", "(" and ")", so that
 	// "Primary Data-Asset" and "primarydataasset" compare equal.

@@ -147,16 +147,6 @@ namespace
 		}
 	};
 
-	TArray<TSharedPtr<FJsonValue>> ToJsonArray(const TArray<FString>& Strings)
-	{
-		TArray<TSharedPtr<FJsonValue>> Values;
-		for (const FString& String : Strings)
-		{
-			Values.Add(MakeShared<FJsonValueString>(String));
-		}
-		return Values;
-	}
-
 	// Tool names compare exactly; FString equality would ignore case.
 	void RemoveTools(TArray<FString>& Tools, const TArray<FString>& ToolsToRemove)
 	{
@@ -365,12 +355,12 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeDiscoveryTools::BuildToolRecommendation(c
 	Payload->SetStringField(TEXT("intent_hint"), Intent);
 	Payload->SetStringField(TEXT("asset_type_hint"), AssetType);
 	Payload->SetStringField(TEXT("primary_domain"), PrimaryDomain);
-	Payload->SetArrayField(TEXT("matched_domains"), ToJsonArray(Route.MatchedDomains));
-	Payload->SetArrayField(TEXT("relevant_tools"), ToJsonArray(Route.RelevantTools));
-	Payload->SetArrayField(TEXT("possibly_relevant_tools"), ToJsonArray(Route.PossiblyRelevantTools));
-	Payload->SetArrayField(TEXT("first_steps"), ToJsonArray(Route.FirstSteps));
-	Payload->SetArrayField(TEXT("unsupported_boundaries"), ToJsonArray(Route.UnsupportedBoundaries));
-	Payload->SetArrayField(TEXT("reasoning"), ToJsonArray(Route.Reasoning));
+	Payload->SetArrayField(TEXT("matched_domains"), ZorvekMCPBridgeDiscoveryTools::ToJsonStringArray(Route.MatchedDomains));
+	Payload->SetArrayField(TEXT("relevant_tools"), ZorvekMCPBridgeDiscoveryTools::ToJsonStringArray(Route.RelevantTools));
+	Payload->SetArrayField(TEXT("possibly_relevant_tools"), ZorvekMCPBridgeDiscoveryTools::ToJsonStringArray(Route.PossiblyRelevantTools));
+	Payload->SetArrayField(TEXT("first_steps"), ZorvekMCPBridgeDiscoveryTools::ToJsonStringArray(Route.FirstSteps));
+	Payload->SetArrayField(TEXT("unsupported_boundaries"), ZorvekMCPBridgeDiscoveryTools::ToJsonStringArray(Route.UnsupportedBoundaries));
+	Payload->SetArrayField(TEXT("reasoning"), ZorvekMCPBridgeDiscoveryTools::ToJsonStringArray(Route.Reasoning));
 	Payload->SetStringField(TEXT("confidence"), PrimaryDomain == TEXT("broad") ? TEXT("low") : TEXT("rule_based"));
 	Payload->SetStringField(TEXT("agent_guidance"), TEXT("Use this route to focus tool discovery, not to infer that omitted tools are unavailable. Call unreal_get_capabilities for the full capability matrix. If a bridge limitation blocks the task, have the user report it as support_contact describes."));
 	Payload->SetObjectField(TEXT("support_contact"), BuildSupportContact());
