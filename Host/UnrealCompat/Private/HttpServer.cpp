@@ -4,6 +4,7 @@
 
 #include <httplib.h>
 
+#include <chrono>
 #include <condition_variable>
 #include <optional>
 #include <set>
@@ -256,6 +257,12 @@ struct FHttpServerModule::FListener
 		}
 		httplib::Server* Raw = Server.get();
 		Thread = std::thread([Raw]() { Raw->listen_after_bind(); });
+		// httplib's stop() does nothing until the accept loop has begun, so a stop right after
+		// this start would leave the thread in accept() for good; wait for the loop to run.
+		for (int Attempt = 0; Attempt < 5000 && !Raw->is_running(); ++Attempt)
+		{
+			std::this_thread::sleep_for(std::chrono::milliseconds(1));
+		}
 		bListening = true;
 		UE_LOG(LogHttpListener, Log, TEXT("Created new HttpListener on 127.0.0.1:%u"), Port);
 		return true;
