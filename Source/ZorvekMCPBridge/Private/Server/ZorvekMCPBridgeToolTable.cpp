@@ -186,7 +186,7 @@ namespace
 			ToolRow(TEXT("editor_place_actor"), TEXT("Place a Blueprint or native actor into the current editor world with explicit opt-in and Zorvek repro tags."), Concat(
 				TArray<FZorvekMCPBridgeToolParameter>{
 					OptionalText(TEXT("BlueprintNameOrPath"), TEXT("Blueprint asset path/name to place. Use this for Blueprint actor assets.")),
-					OptionalText(TEXT("ActorClassPath"), TEXT("Native actor class path to place when BlueprintNameOrPathDescription is empty.")),
+					OptionalText(TEXT("ActorClassPath"), TEXT("Native actor class path to place when BlueprintNameOrPath is empty.")),
 					OptionalText(TEXT("ActorLabel"), TEXT("Optional editor actor label. Defaults to asset/class name.")),
 					OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true for Slice 55 because placement mutates the current editor world.")),
 				},
