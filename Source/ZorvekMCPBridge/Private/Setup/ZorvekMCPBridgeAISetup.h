@@ -75,6 +75,8 @@ namespace ZorvekMCPBridgeAISetup
 	TArray<FZorvekMCPBridgeClientDescriptor> BuildClientCatalogue();
 	// The client with this id (case-sensitive, ids are lower-case), or null.
 	const FZorvekMCPBridgeClientDescriptor* FindClient(const TArray<FZorvekMCPBridgeClientDescriptor>& Catalogue, const FString& ClientId);
+	// The result points into the catalogue, so the catalogue must outlive it.
+	const FZorvekMCPBridgeClientDescriptor* FindClient(TArray<FZorvekMCPBridgeClientDescriptor>&& Catalogue, const FString& ClientId) = delete;
 	// "codex, gemini, ..." for messages about unknown ids.
 	FString JoinClientIds(const TArray<FZorvekMCPBridgeClientDescriptor>& Catalogue);
 
