@@ -23,7 +23,9 @@ public class ZorvekMCPBridge : ModuleRules
 			"SlateCore",
 			"ToolMenus",
 			"Settings",
-			"UnrealEd"
+			"UnrealEd",
+			"ApplicationCore",
+			"InputCore"
 		});
 	}
 }

@@ -172,3 +172,21 @@ bool FPlatformProcess::ExecProcess(const TCHAR* URL, const TCHAR* Params, int32*
 	}
 	return true;
 }
+
+void FPlatformProcess::LaunchURL(const TCHAR* URL, const TCHAR* Parms, FString* Error)
+{
+	FString Address = URL ? FString(URL) : FString();
+	if (Parms && *Parms)
+	{
+		Address += TEXT(" ");
+		Address += Parms;
+	}
+	int32 ExitCode = -1;
+	FString StdErr;
+	const bool bLaunched = ExecProcess(TEXT("xdg-open"), *(TEXT("\"") + Address + TEXT("\"")), &ExitCode, nullptr, &StdErr);
+	if (Error)
+	{
+		*Error = !bLaunched ? FString(TEXT("xdg-open is not available"))
+			: (ExitCode != 0 ? StdErr.TrimStartAndEnd() : FString());
+	}
+}

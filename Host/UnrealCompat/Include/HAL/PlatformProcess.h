@@ -15,4 +15,8 @@ struct FPlatformProcess
 	// Returns false when the process could not be started.
 	static bool ExecProcess(const TCHAR* URL, const TCHAR* Params, int32* OutReturnCode, FString* OutStdOut, FString* OutStdErr,
 		const TCHAR* OptionalWorkingDirectory = nullptr, bool bShouldEndWithParentProcess = false);
+
+	// Opens the address with the desktop's default handler (xdg-open here); a failure is
+	// described in Error when given.
+	static void LaunchURL(const TCHAR* URL, const TCHAR* Parms, FString* Error);
 };
