@@ -193,61 +193,6 @@ namespace
 		}
 	};
 
-	bool IsValidUtf8(const std::string& Bytes)
-	{
-		size_t Index = 0;
-		while (Index < Bytes.size())
-		{
-			const unsigned char Lead = (unsigned char)Bytes[Index];
-			int32 Continuations = 0;
-			uint32 CodePoint = 0;
-			if (Lead < 0x80)
-			{
-				++Index;
-				continue;
-			}
-			else if ((Lead & 0xE0) == 0xC0)
-			{
-				Continuations = 1;
-				CodePoint = Lead & 0x1F;
-			}
-			else if ((Lead & 0xF0) == 0xE0)
-			{
-				Continuations = 2;
-				CodePoint = Lead & 0x0F;
-			}
-			else if ((Lead & 0xF8) == 0xF0)
-			{
-				Continuations = 3;
-				CodePoint = Lead & 0x07;
-			}
-			else
-			{
-				return false;
-			}
-			if (Index + (size_t)Continuations >= Bytes.size())
-			{
-				return false;
-			}
-			for (int32 Offset = 1; Offset <= Continuations; ++Offset)
-			{
-				const unsigned char Next = (unsigned char)Bytes[Index + Offset];
-				if ((Next & 0xC0) != 0x80)
-				{
-					return false;
-				}
-				CodePoint = (CodePoint << 6) | (Next & 0x3F);
-			}
-			static const uint32 SmallestForLength[] = {0, 0x80, 0x800, 0x10000};
-			if (CodePoint < SmallestForLength[Continuations] || CodePoint > 0x10FFFF || (CodePoint >= 0xD800 && CodePoint <= 0xDFFF))
-			{
-				return false;
-			}
-			Index += (size_t)Continuations + 1;
-		}
-		return true;
-	}
-
 	FString FromUtf16(const std::string& Bytes, size_t Start, bool bBigEndian)
 	{
 		std::u16string Text;
@@ -315,9 +260,10 @@ bool FFileHelper::LoadFileToString(FString& Result, const TCHAR* Filename, EHash
 	{
 		Result = UECompatFromUtf8(std::string_view(Bytes).substr(3));
 	}
-	else if (IsValidUtf8(Bytes))
+	else if (FString Decoded = UECompatFromUtf8(Bytes); UECompatToUtf8(Decoded) == Bytes)
 	{
-		Result = UECompatFromUtf8(Bytes);
+		// Valid UTF-8 is exactly what survives decoding and encoding again.
+		Result = MoveTemp(Decoded);
 	}
 	else
 	{

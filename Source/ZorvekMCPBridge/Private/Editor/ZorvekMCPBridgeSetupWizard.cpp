@@ -117,15 +117,17 @@ void SZorvekMCPBridgeSetupWizard::Construct(const FArguments& InArgs)
 	ClientList->SetSelection(SelectedClient);
 }
 
-TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeBridgeStateRow()
+TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeActionRow(const TAttribute<EVisibility>& RowVisibility, const TAttribute<FText>& Description,
+	const FText& ButtonLabel, const FText& ButtonTooltip, const TAttribute<EVisibility>& ButtonVisibility, const FOnClicked& OnClicked)
 {
 	return SNew(SHorizontalBox)
+		.Visibility(RowVisibility)
 		+ SHorizontalBox::Slot()
 		.FillWidth(1.0f)
 		.VAlign(VAlign_Center)
 		[
 			SNew(STextBlock)
-			.Text(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetBridgeStateText))
+			.Text(Description)
 			.AutoWrapText(true)
 		]
 		+ SHorizontalBox::Slot()
@@ -134,11 +136,21 @@ TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeBridgeStateRow()
 		.Padding(8.0f, 0.0f, 0.0f, 0.0f)
 		[
 			SNew(SButton)
-			.Text(LOCTEXT("ZorvekMCPBridgeWizardStartBridge", "Start bridge"))
-			.ToolTipText(LOCTEXT("ZorvekMCPBridgeWizardStartBridgeTooltip", "Start the local MCP endpoint so AI clients can connect."))
-			.Visibility(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetStartBridgeVisibility))
-			.OnClicked(FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleStartBridgeClicked))
+			.Text(ButtonLabel)
+			.ToolTipText(ButtonTooltip)
+			.Visibility(ButtonVisibility)
+			.OnClicked(OnClicked)
 		];
+}
+
+TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeBridgeStateRow()
+{
+	return MakeActionRow(EVisibility::Visible,
+		MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetBridgeStateText),
+		LOCTEXT("ZorvekMCPBridgeWizardStartBridge", "Start bridge"),
+		LOCTEXT("ZorvekMCPBridgeWizardStartBridgeTooltip", "Start the local MCP endpoint so AI clients can connect."),
+		MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetStartBridgeVisibility),
+		FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleStartBridgeClicked));
 }
 
 TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeClientDetails()
@@ -190,74 +202,34 @@ TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeClientDetails()
 		.AutoHeight()
 		.Padding(0.0f, 8.0f, 0.0f, 0.0f)
 		[
-			SNew(SHorizontalBox)
-			.Visibility(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetInstallVisibility))
-			+ SHorizontalBox::Slot()
-			.FillWidth(1.0f)
-			.VAlign(VAlign_Center)
-			[
-				SNew(STextBlock)
-				.Text(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetInstallCommandText))
-				.AutoWrapText(true)
-			]
-			+ SHorizontalBox::Slot()
-			.AutoWidth()
-			.Padding(8.0f, 0.0f, 0.0f, 0.0f)
-			[
-				SNew(SButton)
-				.Text(LOCTEXT("ZorvekMCPBridgeWizardRunInstall", "Run install command"))
-				.ToolTipText(LOCTEXT("ZorvekMCPBridgeWizardRunInstallTooltip", "Run the client's own command-line tool to add this bridge. The editor waits until it finishes."))
-				.OnClicked(FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleRunInstallClicked))
-			]
+			MakeActionRow(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetInstallVisibility),
+				MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetInstallCommandText),
+				LOCTEXT("ZorvekMCPBridgeWizardRunInstall", "Run install command"),
+				LOCTEXT("ZorvekMCPBridgeWizardRunInstallTooltip", "Run the client's own command-line tool to add this bridge. The editor waits until it finishes."),
+				EVisibility::Visible,
+				FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleRunInstallClicked))
 		]
 		+ SVerticalBox::Slot()
 		.AutoHeight()
 		.Padding(0.0f, 4.0f, 0.0f, 0.0f)
 		[
-			SNew(SHorizontalBox)
-			.Visibility(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetVerifyVisibility))
-			+ SHorizontalBox::Slot()
-			.FillWidth(1.0f)
-			.VAlign(VAlign_Center)
-			[
-				SNew(STextBlock)
-				.Text(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetVerifyCommandText))
-				.AutoWrapText(true)
-			]
-			+ SHorizontalBox::Slot()
-			.AutoWidth()
-			.Padding(8.0f, 0.0f, 0.0f, 0.0f)
-			[
-				SNew(SButton)
-				.Text(LOCTEXT("ZorvekMCPBridgeWizardVerify", "Verify"))
-				.ToolTipText(LOCTEXT("ZorvekMCPBridgeWizardVerifyTooltip", "Ask the client which MCP servers it knows and check that this bridge is among them."))
-				.OnClicked(FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleVerifyClicked))
-			]
+			MakeActionRow(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetVerifyVisibility),
+				MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetVerifyCommandText),
+				LOCTEXT("ZorvekMCPBridgeWizardVerify", "Verify"),
+				LOCTEXT("ZorvekMCPBridgeWizardVerifyTooltip", "Ask the client which MCP servers it knows and check that this bridge is among them."),
+				EVisibility::Visible,
+				FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleVerifyClicked))
 		]
 		+ SVerticalBox::Slot()
 		.AutoHeight()
 		.Padding(0.0f, 4.0f, 0.0f, 0.0f)
 		[
-			SNew(SHorizontalBox)
-			.Visibility(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetConfigPathVisibility))
-			+ SHorizontalBox::Slot()
-			.FillWidth(1.0f)
-			.VAlign(VAlign_Center)
-			[
-				SNew(STextBlock)
-				.Text(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetConfigPathText))
-				.AutoWrapText(true)
-			]
-			+ SHorizontalBox::Slot()
-			.AutoWidth()
-			.Padding(8.0f, 0.0f, 0.0f, 0.0f)
-			[
-				SNew(SButton)
-				.Text(LOCTEXT("ZorvekMCPBridgeWizardWriteConfig", "Write config"))
-				.ToolTipText(LOCTEXT("ZorvekMCPBridgeWizardWriteConfigTooltip", "Add this bridge to the client's configuration file. The previous file is kept as a timestamped backup next to it."))
-				.Visibility(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetWriteConfigVisibility))
-				.OnClicked(FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleWriteConfigClicked))
-			]
+			MakeActionRow(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetConfigPathVisibility),
+				MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetConfigPathText),
+				LOCTEXT("ZorvekMCPBridgeWizardWriteConfig", "Write config"),
+				LOCTEXT("ZorvekMCPBridgeWizardWriteConfigTooltip", "Add this bridge to the client's configuration file. The previous file is kept as a timestamped backup next to it."),
+				MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetWriteConfigVisibility),
+				FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleWriteConfigClicked))
 		]
 		+ SVerticalBox::Slot()
 		.AutoHeight()

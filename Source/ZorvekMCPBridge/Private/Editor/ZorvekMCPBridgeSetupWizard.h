@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Framework/SlateDelegates.h"
 #include "Input/Reply.h"
 #include "Layout/Visibility.h"
 #include "Setup/ZorvekMCPBridgeAISetup.h"
@@ -36,6 +37,9 @@ public:
 private:
 	typedef TSharedPtr<FZorvekMCPBridgeClientDescriptor> FClientItem;
 
+	// A line of text with a button at its end, as the wizard's state and command rows are.
+	TSharedRef<SWidget> MakeActionRow(const TAttribute<EVisibility>& RowVisibility, const TAttribute<FText>& Description,
+		const FText& ButtonLabel, const FText& ButtonTooltip, const TAttribute<EVisibility>& ButtonVisibility, const FOnClicked& OnClicked);
 	TSharedRef<SWidget> MakeBridgeStateRow();
 	TSharedRef<SWidget> MakeClientDetails();
 	TSharedRef<ITableRow> MakeClientRow(FClientItem Client, const TSharedRef<STableViewBase>& OwnerTable);
