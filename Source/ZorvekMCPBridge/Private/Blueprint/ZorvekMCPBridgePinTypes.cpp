@@ -121,6 +121,31 @@ namespace
 		OutTypeString = FString::Printf(TEXT("map<%s,%s>"), *KeyTypeString, *ValueTypeString);
 		return true;
 	}
+
+	// The keys every pin-like object shares, after its name (and direction).
+	void AddPinTypeKeys(FJsonObject& Json, const FZorvekMCPBridgePinType& PinType)
+	{
+		Json.SetStringField(TEXT("pin_category"), PinType.PinCategory.ToString());
+		Json.SetStringField(TEXT("pin_subcategory"), PinType.PinSubCategory.ToString());
+		Json.SetStringField(TEXT("pin_subcategory_object"), PinType.PinSubCategoryObject.PathName);
+		Json.SetStringField(TEXT("container_type"), ZorvekMCPBridgePinTypes::GetContainerTypeWord(PinType.ContainerType));
+		Json.SetStringField(TEXT("type_string"), ZorvekMCPBridgePinTypes::DescribePinType(PinType));
+	}
+
+	// A pin of a node (with its direction) or a declared pin (without).
+	TSharedPtr<FJsonObject> MakePinObject(const FName& PinName, const EZorvekMCPBridgePinDirection* Direction, const FZorvekMCPBridgePinType& PinType, const FString& DefaultValue)
+	{
+		TSharedPtr<FJsonObject> Json = MakeShared<FJsonObject>();
+		Json->SetStringField(TEXT("name"), PinName.ToString());
+		if (Direction != nullptr)
+		{
+			Json->SetStringField(TEXT("direction"), *Direction == EZorvekMCPBridgePinDirection::Output ? TEXT("output") : TEXT("input"));
+		}
+		AddPinTypeKeys(*Json, PinType);
+		Json->SetObjectField(TEXT("type"), ZorvekMCPBridgePinTypes::MakePinTypeJson(PinType));
+		Json->SetStringField(TEXT("default_value"), DefaultValue);
+		return Json;
+	}
 }
 
 bool ZorvekMCPBridgePinTypes::SplitContainerInner(const FString& Text, const TCHAR* Prefix, FString& OutInner)
@@ -397,38 +422,15 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePinTypes::MakePinTypeJson(const FZorvekMC
 	return Json;
 }
 
-namespace
-{
-	// The keys every pin-like object shares, after its name (and direction).
-	void AddPinTypeKeys(FJsonObject& Json, const FZorvekMCPBridgePinType& PinType)
-	{
-		Json.SetStringField(TEXT("pin_category"), PinType.PinCategory.ToString());
-		Json.SetStringField(TEXT("pin_subcategory"), PinType.PinSubCategory.ToString());
-		Json.SetStringField(TEXT("pin_subcategory_object"), PinType.PinSubCategoryObject.PathName);
-		Json.SetStringField(TEXT("container_type"), ZorvekMCPBridgePinTypes::GetContainerTypeWord(PinType.ContainerType));
-		Json.SetStringField(TEXT("type_string"), ZorvekMCPBridgePinTypes::DescribePinType(PinType));
-	}
-}
-
 TSharedPtr<FJsonObject> ZorvekMCPBridgePinTypes::MakePinJson(const FZorvekMCPBridgePinSnapshot& Pin)
 {
-	TSharedPtr<FJsonObject> Json = MakeShared<FJsonObject>();
-	Json->SetStringField(TEXT("name"), Pin.PinName.ToString());
-	Json->SetStringField(TEXT("direction"), Pin.Direction == EZorvekMCPBridgePinDirection::Output ? TEXT("output") : TEXT("input"));
-	AddPinTypeKeys(*Json, Pin.PinType);
-	Json->SetObjectField(TEXT("type"), MakePinTypeJson(Pin.PinType));
-	Json->SetStringField(TEXT("default_value"), Pin.DefaultValue);
-	return Json;
+	return MakePinObject(Pin.PinName, &Pin.Direction, Pin.PinType, Pin.DefaultValue);
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgePinTypes::MakeUserPinJson(const FZorvekMCPBridgeUserPinInfo& UserPin)
 {
-	TSharedPtr<FJsonObject> Json = MakeShared<FJsonObject>();
-	Json->SetStringField(TEXT("name"), UserPin.PinName.ToString());
-	AddPinTypeKeys(*Json, UserPin.PinType);
-	Json->SetObjectField(TEXT("type"), MakePinTypeJson(UserPin.PinType));
-	Json->SetStringField(TEXT("default_value"), UserPin.PinDefaultValue);
-	return Json;
+	// A declared pin's direction follows from the node it sits on, so it is not written.
+	return MakePinObject(UserPin.PinName, nullptr, UserPin.PinType, UserPin.PinDefaultValue);
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgePinTypes::MakeParamSpecJson(const FBlueprintParamSpec& Spec)
