@@ -290,6 +290,23 @@ TEST_F(PinTypeParseTest, ContainersInsideContainersAreRefused)
 	}
 }
 
+TEST_F(PinTypeParseTest, DeeplyNestedMapsAreRefusedWithoutExhaustingTheStack)
+{
+	FString Text;
+	for (int32 Level = 0; Level < 200000; ++Level)
+	{
+		Text += TEXT("map<");
+	}
+	Text += TEXT("int,int>");
+	for (int32 Level = 1; Level < 200000; ++Level)
+	{
+		Text += TEXT(",int>");
+	}
+	const FParsed Parsed = Parse(Text);
+	EXPECT_FALSE(Parsed.bOk);
+	EXPECT_TRUE(Parsed.Error.StartsWith(TEXT("Nested Blueprint containers are not supported for variable type 'map<map<"), ESearchCase::CaseSensitive));
+}
+
 TEST_F(PinTypeParseTest, AFailedMapKeyOrValueReportsItsOwnFailure)
 {
 	const FParsed BadKey = Parse(TEXT("map< Double ,int>"));

@@ -66,6 +66,11 @@ namespace
 		return FString::Printf(TEXT("Unsupported Blueprint variable type '%s'. Supported types: bool, int, float, string, name, text, vector, rotator, transform, object, class, arrays like float[] or array<float>, sets like set<name>, and maps like map<name,string>."), *TypeText);
 	}
 
+	FString MakeNestedContainerMessage(const FString& TypeText)
+	{
+		return FString::Printf(TEXT("Nested Blueprint containers are not supported for variable type '%s'."), *TypeText);
+	}
+
 	// Drops the separators people put into multi-word type names, so "Object Reference",
 	// "object_reference", "object-reference" and "class (reference)" all read as one word.
 	FString CleanBaseWord(const FString& ElementText)
@@ -82,9 +87,22 @@ namespace
 		return Cleaned;
 	}
 
-	bool ParseMapType(const IZorvekMCPBridgeTypeLookup& TypeLookup, const FString& TypeText, const FString& InnerText, const FString& AllowedClassPath,
+	// Maps are the only recursive form. A map inside a map is refused anyway; the limit only keeps
+	// absurdly deep texts from exhausting the stack.
+	constexpr int32 MaxMapDepth = 8;
+
+	bool ParseVariableType(const IZorvekMCPBridgeTypeLookup& TypeLookup, const FString& TypeText, const FString& AllowedClassPath, int32 MapDepth,
+		FZorvekMCPBridgePinType& OutPinType, FString& OutTypeString, FString& OutError);
+
+	bool ParseMapType(const IZorvekMCPBridgeTypeLookup& TypeLookup, const FString& TypeText, const FString& InnerText, const FString& AllowedClassPath, int32 MapDepth,
 		FZorvekMCPBridgePinType& OutPinType, FString& OutTypeString, FString& OutError)
 	{
+		if (MapDepth >= MaxMapDepth)
+		{
+			OutError = MakeNestedContainerMessage(TypeText);
+			return false;
+		}
+
 		FString KeyText;
 		FString ValueText;
 		if (!ZorvekMCPBridgePinTypes::SplitMapKeyValue(InnerText, KeyText, ValueText))
@@ -95,20 +113,20 @@ namespace
 
 		FZorvekMCPBridgePinType KeyType;
 		FString KeyTypeString;
-		if (!ZorvekMCPBridgePinTypes::ParseBlueprintVariableType(TypeLookup, KeyText, AllowedClassPath, KeyType, KeyTypeString, OutError))
+		if (!ParseVariableType(TypeLookup, KeyText, AllowedClassPath, MapDepth + 1, KeyType, KeyTypeString, OutError))
 		{
 			return false;
 		}
 		FZorvekMCPBridgePinType ValueType;
 		FString ValueTypeString;
-		if (!ZorvekMCPBridgePinTypes::ParseBlueprintVariableType(TypeLookup, ValueText, AllowedClassPath, ValueType, ValueTypeString, OutError))
+		if (!ParseVariableType(TypeLookup, ValueText, AllowedClassPath, MapDepth + 1, ValueType, ValueTypeString, OutError))
 		{
 			return false;
 		}
 		// The engine's maps hold terminal types only.
 		if (KeyType.IsContainer() || ValueType.IsContainer())
 		{
-			OutError = FString::Printf(TEXT("Nested Blueprint containers are not supported for variable type '%s'."), *TypeText);
+			OutError = MakeNestedContainerMessage(TypeText);
 			return false;
 		}
 
@@ -119,6 +137,97 @@ namespace
 		MapType.PinValueType.TerminalSubCategoryObject = ValueType.PinSubCategoryObject;
 		OutPinType = MapType;
 		OutTypeString = FString::Printf(TEXT("map<%s,%s>"), *KeyTypeString, *ValueTypeString);
+		return true;
+	}
+
+	bool ParseVariableType(const IZorvekMCPBridgeTypeLookup& TypeLookup, const FString& TypeText, const FString& AllowedClassPath, int32 MapDepth,
+		FZorvekMCPBridgePinType& OutPinType, FString& OutTypeString, FString& OutError)
+	{
+		const FString Trimmed = TypeText.TrimStartAndEnd();
+		const FString Lower = Trimmed.ToLower();
+
+		FString MapInner;
+		if (ZorvekMCPBridgePinTypes::SplitContainerInner(Trimmed, TEXT("map<"), MapInner))
+		{
+			return ParseMapType(TypeLookup, TypeText, MapInner, AllowedClassPath, MapDepth, OutPinType, OutTypeString, OutError);
+		}
+
+		// Only map keys and values are parsed again: "array<array<int>>" reaches the word table
+		// with the element "array<int>" and is refused there as an unknown word.
+		EZorvekMCPBridgePinContainerType Container = EZorvekMCPBridgePinContainerType::None;
+		FString ElementText;
+		if (ZorvekMCPBridgePinTypes::SplitContainerInner(Lower, TEXT("array<"), ElementText))
+		{
+			Container = EZorvekMCPBridgePinContainerType::Array;
+		}
+		else if (Lower.EndsWith(TEXT("[]"), ESearchCase::CaseSensitive))
+		{
+			ElementText = Lower.LeftChop(2).TrimStartAndEnd();
+			Container = EZorvekMCPBridgePinContainerType::Array;
+		}
+		else if (ZorvekMCPBridgePinTypes::SplitContainerInner(Lower, TEXT("set<"), ElementText))
+		{
+			Container = EZorvekMCPBridgePinContainerType::Set;
+		}
+		else
+		{
+			ElementText = Lower;
+		}
+
+		const FString BaseWord = CleanBaseWord(ElementText);
+		const FBaseTypeWord* Match = nullptr;
+		for (const FBaseTypeWord& Candidate : BaseTypeWords)
+		{
+			if (BaseWord.Equals(Candidate.Word, ESearchCase::IgnoreCase))
+			{
+				Match = &Candidate;
+				break;
+			}
+		}
+		if (Match == nullptr)
+		{
+			OutError = MakeUnsupportedTypeMessage(TypeText);
+			return false;
+		}
+
+		FZorvekMCPBridgePinType PinType;
+		PinType.PinCategory = *Match->Category;
+		if (Match->SubCategory != nullptr)
+		{
+			PinType.PinSubCategory = *Match->SubCategory;
+		}
+		if (Match->Reference == EBaseTypeReference::Struct)
+		{
+			PinType.PinSubCategoryObject = FZorvekMCPBridgeTypeIdentity(Match->StructPath, Match->StructName);
+		}
+		else if (Match->Reference == EBaseTypeReference::AllowedClass)
+		{
+			const FString ClassPath = AllowedClassPath.IsEmpty() ? FString(ZorvekMCPBridgePinTypes::DefaultAllowedClassPath) : AllowedClassPath;
+			FZorvekMCPBridgeTypeIdentity AllowedClass;
+			if (!TypeLookup.LoadClass(ClassPath, AllowedClass) || !AllowedClass.IsSet())
+			{
+				OutError = PinType.PinCategory == FZorvekMCPBridgePinCategories::PC_Class
+					? FString::Printf(TEXT("Could not load allowable class variable class: %s"), *ClassPath)
+					: FString::Printf(TEXT("Could not load allowable object variable class: %s"), *ClassPath);
+				return false;
+			}
+			PinType.PinSubCategoryObject = AllowedClass;
+		}
+
+		FString TypeString = Match->NormalizedWord;
+		if (Container == EZorvekMCPBridgePinContainerType::Array)
+		{
+			// Both array spellings normalise to the short form, while sets keep the long one.
+			TypeString += TEXT("[]");
+		}
+		else if (Container == EZorvekMCPBridgePinContainerType::Set)
+		{
+			TypeString = FString::Printf(TEXT("set<%s>"), *TypeString);
+		}
+		PinType.ContainerType = Container;
+
+		OutPinType = PinType;
+		OutTypeString = TypeString;
 		return true;
 	}
 
@@ -192,92 +301,7 @@ bool ZorvekMCPBridgePinTypes::SplitMapKeyValue(const FString& InnerText, FString
 bool ZorvekMCPBridgePinTypes::ParseBlueprintVariableType(const IZorvekMCPBridgeTypeLookup& TypeLookup, const FString& TypeText, const FString& AllowedClassPath,
 	FZorvekMCPBridgePinType& OutPinType, FString& OutTypeString, FString& OutError)
 {
-	const FString Trimmed = TypeText.TrimStartAndEnd();
-	const FString Lower = Trimmed.ToLower();
-
-	FString MapInner;
-	if (SplitContainerInner(Trimmed, TEXT("map<"), MapInner))
-	{
-		return ParseMapType(TypeLookup, TypeText, MapInner, AllowedClassPath, OutPinType, OutTypeString, OutError);
-	}
-
-	// Only map keys and values are parsed again: "array<array<int>>" reaches the word table
-	// with the element "array<int>" and is refused there as an unknown word.
-	EZorvekMCPBridgePinContainerType Container = EZorvekMCPBridgePinContainerType::None;
-	FString ElementText;
-	if (SplitContainerInner(Lower, TEXT("array<"), ElementText))
-	{
-		Container = EZorvekMCPBridgePinContainerType::Array;
-	}
-	else if (Lower.EndsWith(TEXT("[]"), ESearchCase::CaseSensitive))
-	{
-		ElementText = Lower.LeftChop(2).TrimStartAndEnd();
-		Container = EZorvekMCPBridgePinContainerType::Array;
-	}
-	else if (SplitContainerInner(Lower, TEXT("set<"), ElementText))
-	{
-		Container = EZorvekMCPBridgePinContainerType::Set;
-	}
-	else
-	{
-		ElementText = Lower;
-	}
-
-	const FString BaseWord = CleanBaseWord(ElementText);
-	const FBaseTypeWord* Match = nullptr;
-	for (const FBaseTypeWord& Candidate : BaseTypeWords)
-	{
-		if (BaseWord.Equals(Candidate.Word, ESearchCase::IgnoreCase))
-		{
-			Match = &Candidate;
-			break;
-		}
-	}
-	if (Match == nullptr)
-	{
-		OutError = MakeUnsupportedTypeMessage(TypeText);
-		return false;
-	}
-
-	FZorvekMCPBridgePinType PinType;
-	PinType.PinCategory = *Match->Category;
-	if (Match->SubCategory != nullptr)
-	{
-		PinType.PinSubCategory = *Match->SubCategory;
-	}
-	if (Match->Reference == EBaseTypeReference::Struct)
-	{
-		PinType.PinSubCategoryObject = FZorvekMCPBridgeTypeIdentity(Match->StructPath, Match->StructName);
-	}
-	else if (Match->Reference == EBaseTypeReference::AllowedClass)
-	{
-		const FString ClassPath = AllowedClassPath.IsEmpty() ? FString(DefaultAllowedClassPath) : AllowedClassPath;
-		FZorvekMCPBridgeTypeIdentity AllowedClass;
-		if (!TypeLookup.LoadClass(ClassPath, AllowedClass) || !AllowedClass.IsSet())
-		{
-			OutError = PinType.PinCategory == FZorvekMCPBridgePinCategories::PC_Class
-				? FString::Printf(TEXT("Could not load allowable class variable class: %s"), *ClassPath)
-				: FString::Printf(TEXT("Could not load allowable object variable class: %s"), *ClassPath);
-			return false;
-		}
-		PinType.PinSubCategoryObject = AllowedClass;
-	}
-
-	FString TypeString = Match->NormalizedWord;
-	if (Container == EZorvekMCPBridgePinContainerType::Array)
-	{
-		// Both array spellings normalise to the short form, while sets keep the long one.
-		TypeString += TEXT("[]");
-	}
-	else if (Container == EZorvekMCPBridgePinContainerType::Set)
-	{
-		TypeString = FString::Printf(TEXT("set<%s>"), *TypeString);
-	}
-	PinType.ContainerType = Container;
-
-	OutPinType = PinType;
-	OutTypeString = TypeString;
-	return true;
+	return ParseVariableType(TypeLookup, TypeText, AllowedClassPath, 0, OutPinType, OutTypeString, OutError);
 }
 
 bool ZorvekMCPBridgePinTypes::ParseParamSpecArray(const IZorvekMCPBridgeTypeLookup& TypeLookup, const TSharedPtr<FJsonObject>& Request, const FString& FieldName,
@@ -291,6 +315,7 @@ bool ZorvekMCPBridgePinTypes::ParseParamSpecArray(const IZorvekMCPBridgeTypeLook
 	}
 
 	TArray<FBlueprintParamSpec> Specs;
+	TSet<FName> SeenNames;
 	for (const TSharedPtr<FJsonValue>& Entry : *Entries)
 	{
 		const TSharedPtr<FJsonObject>* EntryObject = nullptr;
@@ -311,14 +336,12 @@ bool ZorvekMCPBridgePinTypes::ParseParamSpecArray(const IZorvekMCPBridgeTypeLook
 
 		// Pin names are engine names: "A" and "a" are the same pin.
 		const FName PinName(NameText);
-		for (const FBlueprintParamSpec& Existing : Specs)
+		if (SeenNames.Contains(PinName))
 		{
-			if (Existing.Name == PinName)
-			{
-				OutError = FString::Printf(TEXT("Duplicate %s pin name: %s"), *FieldName, *NameText);
-				return false;
-			}
+			OutError = FString::Printf(TEXT("Duplicate %s pin name: %s"), *FieldName, *NameText);
+			return false;
 		}
+		SeenNames.Add(PinName);
 
 		FString ObjectClassPath;
 		(*EntryObject)->TryGetStringField(TEXT("ObjectClassPath"), ObjectClassPath);
