@@ -364,34 +364,6 @@ TEST_F(PinTypeParseTest, AClassThatDoesNotLoadNamesThePathTried)
 	EXPECT_TEXT(Parse(TEXT("object"), TEXT(" ")).Error, TEXT("Could not load allowable object variable class:  "));
 }
 
-TEST_F(PinTypeParseTest, AFailedParseLeavesTheOutputsAlone)
-{
-	FZorvekMCPBridgePinType PinType;
-	PinType.PinCategory = FZorvekMCPBridgePinCategories::PC_Text;
-	FString TypeString = TEXT("text");
-	FString Error;
-	EXPECT_FALSE(ZorvekMCPBridgePinTypes::ParseBlueprintVariableType(Lookup, TEXT("map<int,float[]>"), FString(), PinType, TypeString, Error));
-	EXPECT_EQ(PinType.PinCategory, FZorvekMCPBridgePinCategories::PC_Text);
-	EXPECT_FALSE(PinType.IsContainer());
-	EXPECT_TEXT(TypeString, TEXT("text"));
-}
-
-TEST(PinTypeSplitTest, MapInnerTextSplitsAtTheFirstTopLevelComma)
-{
-	FString Key;
-	FString Value;
-	ASSERT_TRUE(ZorvekMCPBridgePinTypes::SplitMapKeyValue(TEXT("map<int,int>, set<name>"), Key, Value));
-	EXPECT_TEXT(Key, TEXT("map<int,int>"));
-	EXPECT_TEXT(Value, TEXT("set<name>"));
-
-	ASSERT_TRUE(ZorvekMCPBridgePinTypes::SplitMapKeyValue(TEXT(" a , b,c "), Key, Value));
-	EXPECT_TEXT(Key, TEXT("a"));
-	EXPECT_TEXT(Value, TEXT("b,c"));
-
-	EXPECT_FALSE(ZorvekMCPBridgePinTypes::SplitMapKeyValue(TEXT("map<int,int>"), Key, Value));
-	EXPECT_FALSE(ZorvekMCPBridgePinTypes::SplitMapKeyValue(TEXT(" ,int"), Key, Value));
-}
-
 namespace
 {
 	class ParamSpecArrayTest : public PinTypeParseTest

@@ -20,12 +20,6 @@ struct FZorvekMCPBridgeTypeIdentity
 
 	// False for the empty identity, which stands for "no object" (or one that no longer exists).
 	bool IsSet() const { return !PathName.IsEmpty(); }
-
-	bool operator==(const FZorvekMCPBridgeTypeIdentity& Other) const
-	{
-		return PathName.Equals(Other.PathName, ESearchCase::IgnoreCase);
-	}
-	bool operator!=(const FZorvekMCPBridgeTypeIdentity& Other) const { return !(*this == Other); }
 };
 
 // Finds type objects in the editor. The engine build answers through the object system; the
