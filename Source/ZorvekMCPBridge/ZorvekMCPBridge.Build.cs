@@ -24,6 +24,7 @@ public class ZorvekMCPBridge : ModuleRules
 			"ToolMenus",
 			"Settings",
 			"UnrealEd",
+			"BlueprintGraph",
 			"ApplicationCore",
 			"InputCore"
 		});

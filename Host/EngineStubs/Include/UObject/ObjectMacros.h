@@ -43,3 +43,8 @@ enum EObjectFlags
 	RF_MarkAsRootSet = 0x00000080,
 };
 ENUM_CLASS_FLAGS(EObjectFlags)
+
+enum ELoadFlags
+{
+	LOAD_None = 0x00000000,
+};

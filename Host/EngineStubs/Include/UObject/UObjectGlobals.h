@@ -6,8 +6,13 @@
 class UObject;
 class UClass;
 class UPackage;
+class UPackageMap;
+struct FLinkerInstancingContext;
 
 UPackage* GetTransientPackage();
+
+UObject* StaticLoadObject(UClass* Class, UObject* InOuter, FStringView Name, FStringView Filename = {}, uint32 LoadFlags = LOAD_None,
+	UPackageMap* Sandbox = nullptr, bool bAllowObjectReconciliation = true, const FLinkerInstancingContext* InstancingContext = nullptr);
 
 template <class T>
 T* NewObject(UObject* Outer, const UClass* Class, FName Name = NAME_None, EObjectFlags Flags = RF_NoFlags, UObject* Template = nullptr);
