@@ -66,7 +66,12 @@ void FZorvekMCPBridgeModule::RegisterMenus()
 
 void FZorvekMCPBridgeModule::UnregisterMenus()
 {
-	if (IsEngineExiting() || !FModuleManager::Get().IsModuleLoaded(TEXT("ToolMenus")))
+	if (IsEngineExiting())
+	{
+		return;
+	}
+	SZorvekMCPBridgeSetupWizard::CloseWindow();
+	if (!FModuleManager::Get().IsModuleLoaded(TEXT("ToolMenus")))
 	{
 		return;
 	}

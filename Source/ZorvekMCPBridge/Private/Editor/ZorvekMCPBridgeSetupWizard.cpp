@@ -62,6 +62,15 @@ void SZorvekMCPBridgeSetupWizard::OpenWindow(const FZorvekMCPBridgeGetEndpointUr
 	FSlateApplication::Get().AddWindow(Window);
 }
 
+void SZorvekMCPBridgeSetupWizard::CloseWindow()
+{
+	if (const TSharedPtr<SWindow> ExistingWindow = OpenWizardWindow.Pin())
+	{
+		ExistingWindow->RequestDestroyWindow();
+	}
+	OpenWizardWindow.Reset();
+}
+
 void SZorvekMCPBridgeSetupWizard::Construct(const FArguments& InArgs)
 {
 	GetEndpointUrlCallback = InArgs._OnGetEndpointUrl;

@@ -33,6 +33,8 @@ public:
 
 	// Opens the wizard in its own window, or brings the open one to the front.
 	static void OpenWindow(const FZorvekMCPBridgeGetEndpointUrl& GetEndpointUrl, const FSimpleDelegate& StartBridge);
+	// Closes the open wizard: its callbacks point into the module, which is going away.
+	static void CloseWindow();
 
 private:
 	typedef TSharedPtr<FZorvekMCPBridgeClientDescriptor> FClientItem;
