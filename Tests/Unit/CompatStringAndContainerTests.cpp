@@ -32,6 +32,9 @@ TEST(CompatString, SplitTrimAndSubstrings)
 	EXPECT_TRUE(FString(TEXT("a.b.c")).Split(TEXT("."), &Left, &Right, ESearchCase::IgnoreCase, ESearchDir::FromEnd));
 	EXPECT_TRUE(Left.Equals(TEXT("a.b")));
 	EXPECT_FALSE(FString(TEXT("abc")).Split(TEXT("="), &Left, &Right));
+	FString InPlace(TEXT("host:8765"));
+	EXPECT_TRUE(InPlace.Split(TEXT(":"), &InPlace, &Right));
+	EXPECT_TRUE(InPlace.Equals(TEXT("host")) && Right.Equals(TEXT("8765")));
 
 	EXPECT_TRUE(FString(TEXT(" \t padded \r\n")).TrimStartAndEnd().Equals(TEXT("padded")));
 	EXPECT_TRUE(FString(TEXT("abcdef")).Mid(2, 2).Equals(TEXT("cd")));
