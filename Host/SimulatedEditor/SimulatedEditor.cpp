@@ -286,10 +286,12 @@ FSimulatedType* FSimulatedEditor::AddEnum(const FString& Path, const TArray<FStr
 		{
 			// "Name=Value" gives an explicit value (flag enums); otherwise values count up.
 			FString Name = Names[Index];
+			FString NamePart;
 			FString ValueText;
 			int64 Value = Enum->EnumValues.IsEmpty() ? 0 : Enum->EnumValues.Last() + 1;
-			if (Name.Split(TEXT("="), &Name, &ValueText))
+			if (Names[Index].Split(TEXT("="), &NamePart, &ValueText))
 			{
+				Name = NamePart;
 				Value = ParseEnumValue(ValueText.TrimStartAndEnd());
 			}
 			Enum->EnumNames.Add(Name.TrimStartAndEnd());

@@ -498,11 +498,14 @@ private:
 		return Input;
 	}
 
-	const FSimulatedExpressionClassInfo* FindExpressionInfo(const FSimulatedObject* Expression) const
+	// Each part of the expression class info comes from the nearest class that states it, so a
+	// parameter subclass keeps the outputs of the sample expression it derives from.
+	template <typename PredicateType>
+	static const FSimulatedExpressionClassInfo* FindExpressionInfo(const FSimulatedObject* Expression, PredicateType Predicate)
 	{
 		for (const FSimulatedType* Class = Expression->Class; Class; Class = Class->Super)
 		{
-			if (Class->ExpressionInfo)
+			if (Class->ExpressionInfo && Predicate(*Class->ExpressionInfo))
 			{
 				return Class->ExpressionInfo.get();
 			}
@@ -514,8 +517,8 @@ private:
 	// titles a node.
 	FString MakeTitle(FSimulatedObject* Expression) const
 	{
-		const FSimulatedExpressionClassInfo* Info = FindExpressionInfo(Expression);
-		if (!Info || Info->CaptionLines.IsEmpty())
+		const FSimulatedExpressionClassInfo* Info = FindExpressionInfo(Expression, [](const FSimulatedExpressionClassInfo& Candidate) { return !Candidate.CaptionLines.IsEmpty(); });
+		if (!Info)
 		{
 			FString Title = Expression->Class->Name;
 			Title.RemoveFromStart(TEXT("MaterialExpression"), ESearchCase::CaseSensitive);
@@ -549,15 +552,15 @@ private:
 		Snapshot.PosX = GetInteger(Expression, TEXT("MaterialExpressionEditorX"));
 		Snapshot.PosY = GetInteger(Expression, TEXT("MaterialExpressionEditorY"));
 
-		const FSimulatedExpressionClassInfo* Info = FindExpressionInfo(Expression);
-		Snapshot.bIsParameter = Info && Info->bParameter;
+		Snapshot.bIsParameter = FindExpressionInfo(Expression, [](const FSimulatedExpressionClassInfo& Candidate) { return Candidate.bParameter; }) != nullptr;
 		if (Snapshot.bIsParameter)
 		{
 			Snapshot.ParameterName = ExportProperty(Expression, TEXT("ParameterName"));
 		}
-		if (Info && !Info->Outputs.IsEmpty())
+		const FSimulatedExpressionClassInfo* OutputInfo = FindExpressionInfo(Expression, [](const FSimulatedExpressionClassInfo& Candidate) { return !Candidate.Outputs.IsEmpty(); });
+		if (OutputInfo)
 		{
-			for (const FSimulatedExpressionOutput& Output : Info->Outputs)
+			for (const FSimulatedExpressionOutput& Output : OutputInfo->Outputs)
 			{
 				Snapshot.Outputs.Add({Output.Name, Output.Mask, Output.MaskR, Output.MaskG, Output.MaskB, Output.MaskA});
 			}

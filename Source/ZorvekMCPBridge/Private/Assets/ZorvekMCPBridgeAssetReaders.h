@@ -23,8 +23,9 @@ namespace ZorvekMCPBridgeAssets
 	// Materials, material instances and material functions.
 	TSharedPtr<FJsonObject> ReadMaterialAsset(IZorvekMCPBridgeEditorPort& Port, FZorvekMCPBridgeObjectHandle Asset, TArray<TSharedPtr<FJsonValue>>& OutPartialFailures);
 
-	// Shared by the readers: a named array is the array under Key and its size under "Key_count".
-	void SetNamedArray(const TSharedPtr<FJsonObject>& Target, const FString& Key, const TArray<TSharedPtr<FJsonValue>>& Items);
+	// Shared by the readers: a named array is the array under Key and its size under "Key_count",
+	// or under CountKey where the reply names the count in the singular ("root_input_count").
+	void SetNamedArray(const TSharedPtr<FJsonObject>& Target, const FString& Key, const TArray<TSharedPtr<FJsonValue>>& Items, const TCHAR* CountKey = nullptr);
 
 	// The elements of an array of structs, each exported with ExportStructJson (depth 0, maximum
 	// 4) plus "index"; at most MaxExportedArrayItems. OutTotalCount receives the full count.

@@ -134,14 +134,14 @@ namespace
 					Connections.Add(MakeConnection(Input, TEXT("material_root"), FString(), Index));
 				}
 			}
-			ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("root_inputs"), RootInputs);
+			ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("root_inputs"), RootInputs, TEXT("root_input_count"));
 
 			TArray<TSharedPtr<FJsonValue>> Expressions;
 			for (const FZorvekMCPBridgeMaterialExpressionSnapshot& Expression : Snapshot.Expressions)
 			{
 				Expressions.Add(MakeShared<FJsonValueObject>(MakeExpressionNode(Expression, Connections)));
 			}
-			ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("expressions"), Expressions);
+			ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("expressions"), Expressions, TEXT("expression_count"));
 
 			TArray<TSharedPtr<FJsonValue>> Comments;
 			for (const FZorvekMCPBridgeMaterialCommentSnapshot& Comment : Snapshot.Comments)
@@ -156,8 +156,8 @@ namespace
 				Node->SetNumberField(TEXT("height"), Comment.Height);
 				Comments.Add(MakeShared<FJsonValueObject>(Node));
 			}
-			ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("comments"), Comments);
-			ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("connections"), Connections);
+			ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("comments"), Comments, TEXT("comment_count"));
+			ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("connections"), Connections, TEXT("connection_count"));
 		}
 
 		void AddInstanceParameters(const TSharedPtr<FJsonObject>& Result, FZorvekMCPBridgeObjectHandle Instance)
@@ -230,7 +230,7 @@ namespace
 				OutputJson->SetNumberField(TEXT("mask_a"), Output.MaskA);
 				Outputs.Add(MakeShared<FJsonValueObject>(OutputJson));
 			}
-			ZorvekMCPBridgeAssets::SetNamedArray(Node, TEXT("outputs"), Outputs);
+			ZorvekMCPBridgeAssets::SetNamedArray(Node, TEXT("outputs"), Outputs, TEXT("output_count"));
 
 			TArray<TSharedPtr<FJsonValue>> Inputs;
 			for (int32 Index = 0; Index < Expression.Inputs.Num(); ++Index)
@@ -244,7 +244,7 @@ namespace
 					OutConnections.Add(MakeConnection(Input, TEXT("expression"), Expression.NodeGuid, Index));
 				}
 			}
-			ZorvekMCPBridgeAssets::SetNamedArray(Node, TEXT("inputs"), Inputs);
+			ZorvekMCPBridgeAssets::SetNamedArray(Node, TEXT("inputs"), Inputs, TEXT("input_count"));
 
 			TArray<TSharedPtr<FJsonValue>> Textures;
 			for (const FZorvekMCPBridgeObjectHandle& Texture : Expression.ReferencedTextures)

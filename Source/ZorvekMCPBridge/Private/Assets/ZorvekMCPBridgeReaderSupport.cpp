@@ -2,10 +2,10 @@
 
 #include "Assets/ZorvekMCPBridgePropertyExport.h"
 
-void ZorvekMCPBridgeAssets::SetNamedArray(const TSharedPtr<FJsonObject>& Target, const FString& Key, const TArray<TSharedPtr<FJsonValue>>& Items)
+void ZorvekMCPBridgeAssets::SetNamedArray(const TSharedPtr<FJsonObject>& Target, const FString& Key, const TArray<TSharedPtr<FJsonValue>>& Items, const TCHAR* CountKey)
 {
 	Target->SetArrayField(Key, Items);
-	Target->SetNumberField(FString::Printf(TEXT("%s_count"), *Key), Items.Num());
+	Target->SetNumberField(CountKey ? FString(CountKey) : FString::Printf(TEXT("%s_count"), *Key), Items.Num());
 }
 
 TArray<TSharedPtr<FJsonValue>> ZorvekMCPBridgeAssets::ExportStructArrayElements(IZorvekMCPBridgeEditorPort& Port, const FZorvekMCPBridgePropertyCursor& ArrayValue, int32& OutTotalCount)
