@@ -23,7 +23,8 @@ public class ZorvekMCPBridge : ModuleRules
 			"SlateCore",
 			"ToolMenus",
 			"Settings",
-			"UnrealEd"
+			"UnrealEd",
+			"BlueprintGraph"
 		});
 	}
 }

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "CoreMinimal.h"
+
+class ISettingsSection
+{
+public:
+	virtual ~ISettingsSection() = default;
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "UObject/ObjectMacros.h"
+#include "UObject/UObjectGlobals.h"
+
+class UClass;
+class UPackage;
+class UWorld;
+
+class UObject
+{
+public:
+	virtual ~UObject();
+	static UClass* StaticClass();
+
+	FString GetName() const;
+	FName GetFName() const;
+	FString GetPathName(const UObject* StopOuter = nullptr) const;
+	UClass* GetClass() const;
+	UObject* GetOuter() const;
+	UPackage* GetPackage() const;
+	UPackage* GetOutermost() const;
+	bool IsA(const UClass* SomeBase) const;
+	template <class T> bool IsA() const;
+	void SetFlags(EObjectFlags NewFlags);
+	void ClearFlags(EObjectFlags NewFlags);
+	bool HasAnyFlags(EObjectFlags FlagsToCheck) const;
+	bool MarkPackageDirty() const;
+	void AddToRoot();
+	void RemoveFromRoot();
+	bool IsRooted() const;
+	virtual UWorld* GetWorld() const;
+	virtual bool Modify(bool bAlwaysMarkDirty = true);
+	void PostEditChange();
+};
+
+bool IsValid(const UObject* Test);
+FString GetNameSafe(const UObject* Object);
+FString GetPathNameSafe(const UObject* Object);
+bool UObjectInitialized();
