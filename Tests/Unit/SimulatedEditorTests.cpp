@@ -1,6 +1,7 @@
 // The simulated editor behaves like the engine where the tools depend on it: text forms, path
 // names, class lookups, registry filters, and fixtures that fail loudly.
 #include "AssetTestSupport.h"
+#include "EditorPort/ZorvekMCPBridgePortTypeLookup.h"
 
 using namespace ZorvekAssetTests;
 
@@ -196,4 +197,20 @@ TEST(SimulatedEditorFixtures, LoadErrorsNameTheEntry)
 	FString Error;
 	EXPECT_FALSE(Editor.LoadProjectFile(TEXT("/nonexistent/project.json"), Error));
 	EXPECT_EQ(S(Error), "Cannot read the project file /nonexistent/project.json.");
+}
+
+TEST(SimulatedEditorObjects, ServeThePinTypeLookup)
+{
+	const TSharedPtr<FSimulatedEditorPort> Port = LoadSampleProject();
+	const FZorvekMCPBridgePortTypeLookup Lookup(Port->GetObjects());
+	FZorvekMCPBridgeTypeIdentity Type;
+	ASSERT_TRUE(Lookup.LoadClass(TEXT("/Script/Engine.Actor"), Type));
+	EXPECT_EQ(S(Type.PathName), "/Script/Engine.Actor");
+	EXPECT_EQ(S(Type.Name), "Actor");
+	// A struct at a class path is not a class.
+	EXPECT_FALSE(Lookup.LoadClass(TEXT("/Script/CoreUObject.Vector"), Type));
+	ASSERT_TRUE(Lookup.FindStruct(TEXT("Rotator"), Type));
+	EXPECT_EQ(S(Type.PathName), "/Script/CoreUObject.Rotator");
+	ASSERT_TRUE(Lookup.FindEnum(TEXT("/Script/Engine.EBlendMode"), Type));
+	EXPECT_FALSE(Lookup.FindEnum(TEXT("Rotator"), Type));
 }
