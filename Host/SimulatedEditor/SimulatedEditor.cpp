@@ -30,8 +30,7 @@ namespace
 		int64 Value = 0;
 		for (int32 Index = 2; Index < Text.Len(); ++Index)
 		{
-			const TCHAR Digit = FChar::ToLower(Text[Index]);
-			const int32 DigitValue = FChar::IsDigit(Digit) ? Digit - TEXT('0') : (Digit >= TEXT('a') && Digit <= TEXT('f') ? Digit - TEXT('a') + 10 : -1);
+			const int32 DigitValue = GetHexDigitValue(Text[Index]);
 			if (DigitValue < 0)
 			{
 				break;
@@ -214,17 +213,28 @@ FSimulatedType* FSimulatedEditor::AddType(ESimulatedTypeKind Kind, const FString
 	return Result;
 }
 
+bool FSimulatedEditor::FindSuperType(ESimulatedTypeKind Kind, const FString& SuperPath, const FString& Path, FSimulatedType*& OutSuper, FString& OutError) const
+{
+	OutSuper = nullptr;
+	if (SuperPath.IsEmpty())
+	{
+		return true;
+	}
+	OutSuper = FindTypeByPath(SuperPath);
+	if (!OutSuper || OutSuper->Kind != Kind)
+	{
+		OutError = FString::Printf(TEXT("Super %s %s of %s is not defined (define it first)."), Kind == ESimulatedTypeKind::Class ? TEXT("class") : TEXT("struct"), *SuperPath, *Path);
+		return false;
+	}
+	return true;
+}
+
 FSimulatedType* FSimulatedEditor::AddClass(const FString& Path, const FString& SuperPath, uint32 ClassFlags, FString& OutError)
 {
 	FSimulatedType* Super = nullptr;
-	if (!SuperPath.IsEmpty())
+	if (!FindSuperType(ESimulatedTypeKind::Class, SuperPath, Path, Super, OutError))
 	{
-		Super = FindTypeByPath(SuperPath);
-		if (!Super || Super->Kind != ESimulatedTypeKind::Class)
-		{
-			OutError = FString::Printf(TEXT("Super class %s of %s is not defined (define it first)."), *SuperPath, *Path);
-			return nullptr;
-		}
+		return nullptr;
 	}
 	// Classes of Blueprints are objects of BlueprintGeneratedClass; native ones of Class.
 	FSimulatedType* MetaClass = ClassClass;
@@ -253,14 +263,9 @@ FSimulatedType* FSimulatedEditor::AddClass(const FString& Path, const FString& S
 FSimulatedType* FSimulatedEditor::AddStruct(const FString& Path, const FString& SuperPath, FString& OutError)
 {
 	FSimulatedType* Super = nullptr;
-	if (!SuperPath.IsEmpty())
+	if (!FindSuperType(ESimulatedTypeKind::Struct, SuperPath, Path, Super, OutError))
 	{
-		Super = FindTypeByPath(SuperPath);
-		if (!Super || Super->Kind != ESimulatedTypeKind::Struct)
-		{
-			OutError = FString::Printf(TEXT("Super struct %s of %s is not defined (define it first)."), *SuperPath, *Path);
-			return nullptr;
-		}
+		return nullptr;
 	}
 	FSimulatedType* Struct = AddType(ESimulatedTypeKind::Struct, Path, ScriptStructClass, OutError);
 	if (Struct)

@@ -7,6 +7,7 @@
 
 #include "CoreMinimal.h"
 #include "EditorPort/ZorvekMCPBridgeAssetRegistryPort.h"
+#include "EditorPort/ZorvekMCPBridgeMaterialPort.h"
 
 #include <memory>
 #include <string>
@@ -65,23 +66,12 @@ struct FSimulatedValue
 	std::vector<FSimulatedValue> Items;
 };
 
-// Output pin of a material expression class.
-struct FSimulatedExpressionOutput
-{
-	FString Name;
-	int32 Mask = 0;
-	int32 MaskR = 0;
-	int32 MaskG = 0;
-	int32 MaskB = 0;
-	int32 MaskA = 0;
-};
-
 // What the material editor knows about an expression class beyond its properties.
 struct FSimulatedExpressionClassInfo
 {
 	// Caption lines as GetCaption gives them; "{Property}" is replaced by that property's export text.
 	TArray<FString> CaptionLines;
-	TArray<FSimulatedExpressionOutput> Outputs;
+	TArray<FZorvekMCPBridgeMaterialOutputSnapshot> Outputs;
 	bool bParameter = false;
 };
 
@@ -206,6 +196,7 @@ private:
 	friend class FSimulatedTextParser;
 
 	FSimulatedType* AddType(ESimulatedTypeKind Kind, const FString& Path, FSimulatedType* MetaClass, FString& OutError);
+	bool FindSuperType(ESimulatedTypeKind Kind, const FString& SuperPath, const FString& Path, FSimulatedType*& OutSuper, FString& OutError) const;
 	void IndexObject(FSimulatedObject* Object);
 	FString MakeRegistryTagValue(const FSimulatedProperty& Property, const FSimulatedValue& Value) const;
 
@@ -228,3 +219,10 @@ private:
 
 // The fixture the host serves unless --project names another.
 FString GetSimulatedSampleProjectFile();
+
+// The value of one hexadecimal digit, or -1.
+inline int32 GetHexDigitValue(TCHAR Digit)
+{
+	const TCHAR Lower = FChar::ToLower(Digit);
+	return FChar::IsDigit(Lower) ? Lower - TEXT('0') : (Lower >= TEXT('a') && Lower <= TEXT('f') ? Lower - TEXT('a') + 10 : -1);
+}

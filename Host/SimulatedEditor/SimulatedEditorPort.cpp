@@ -481,7 +481,7 @@ private:
 		Input.RawInputName = RawName && !RawName->Text.IsEmpty() ? RawName->Text : FString(TEXT("None"));
 		// GetInputName: the input's own name when it has one, else the property's.
 		Input.InputName = RawName && !RawName->Text.IsEmpty() ? RawName->Text : Property.Name;
-		int32* Targets[] = {&Input.OutputIndex, &Input.Mask, &Input.MaskR, &Input.MaskG, &Input.MaskB, &Input.MaskA};
+		int32* Targets[] = {&Input.OutputIndex, &Input.Mask.Mask, &Input.Mask.MaskR, &Input.Mask.MaskG, &Input.Mask.MaskB, &Input.Mask.MaskA};
 		const TCHAR* Fields[] = {TEXT("OutputIndex"), TEXT("Mask"), TEXT("MaskR"), TEXT("MaskG"), TEXT("MaskB"), TEXT("MaskA")};
 		for (int32 Index = 0; Index < 6; ++Index)
 		{
@@ -560,10 +560,7 @@ private:
 		const FSimulatedExpressionClassInfo* OutputInfo = FindExpressionInfo(Expression, [](const FSimulatedExpressionClassInfo& Candidate) { return !Candidate.Outputs.IsEmpty(); });
 		if (OutputInfo)
 		{
-			for (const FSimulatedExpressionOutput& Output : OutputInfo->Outputs)
-			{
-				Snapshot.Outputs.Add({Output.Name, Output.Mask, Output.MaskR, Output.MaskG, Output.MaskB, Output.MaskA});
-			}
+			Snapshot.Outputs = OutputInfo->Outputs;
 		}
 		else
 		{

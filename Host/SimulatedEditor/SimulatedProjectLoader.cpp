@@ -248,10 +248,10 @@ private:
 		for (const TSharedPtr<FJsonValue>& OutputValue : GetArray(Json, TEXT("outputs")))
 		{
 			const TSharedPtr<FJsonObject> OutputJson = OutputValue->AsObject();
-			FSimulatedExpressionOutput Output;
-			Output.Name = GetString(OutputJson, TEXT("name"));
+			FZorvekMCPBridgeMaterialOutputSnapshot Output;
+			Output.OutputName = GetString(OutputJson, TEXT("name"));
 			const TArray<TSharedPtr<FJsonValue>>& Mask = GetArray(OutputJson, TEXT("mask"));
-			int32* Targets[] = {&Output.Mask, &Output.MaskR, &Output.MaskG, &Output.MaskB, &Output.MaskA};
+			int32* Targets[] = {&Output.Mask.Mask, &Output.Mask.MaskR, &Output.Mask.MaskG, &Output.Mask.MaskB, &Output.Mask.MaskA};
 			for (int32 Index = 0; Index < Mask.Num() && Index < 5; ++Index)
 			{
 				*Targets[Index] = (int32)Mask[Index]->AsNumber();

@@ -532,8 +532,7 @@ private:
 				uint32 PartValue = 0;
 				for (int32 Index = Part * 8; Index < Part * 8 + 8; ++Index)
 				{
-					const TCHAR Digit = FChar::ToLower(Digits[Index]);
-					const int32 DigitValue = FChar::IsDigit(Digit) ? Digit - TEXT('0') : (Digit >= TEXT('a') && Digit <= TEXT('f') ? Digit - TEXT('a') + 10 : -1);
+					const int32 DigitValue = GetHexDigitValue(Digits[Index]);
 					if (DigitValue < 0)
 					{
 						return Fail(FString::Printf(TEXT("'%s' is not a GUID of 32 hexadecimal digits."), *Digits));
@@ -544,17 +543,7 @@ private:
 			}
 			return true;
 		}
-		if (!Expect(TEXT('(')))
-		{
-			return false;
-		}
-		SkipWhitespace();
-		if (Peek() == TEXT(')'))
-		{
-			++Position;
-			return true;
-		}
-		while (true)
+		return ParseList([this, Struct, &Value]()
 		{
 			SkipWhitespace();
 			const int32 NameStart = Position;
@@ -572,17 +561,35 @@ private:
 			{
 				return Fail(FString::Printf(TEXT("%s has no field %s."), *Struct->Name, *FieldName));
 			}
-			if (!ParseValue(*Struct->AllProperties[(size_t)FieldIndex], Value.Items[(size_t)FieldIndex], true))
+			return ParseValue(*Struct->AllProperties[(size_t)FieldIndex], Value.Items[(size_t)FieldIndex], true);
+		});
+	}
+
+	// "(item,item,...)" or "()", with ParseItem reading one item.
+	bool ParseList(TFunctionRef<bool()> ParseItem)
+	{
+		if (!Expect(TEXT('(')))
+		{
+			return false;
+		}
+		SkipWhitespace();
+		if (Peek() == TEXT(')'))
+		{
+			++Position;
+			return true;
+		}
+		while (true)
+		{
+			if (!ParseItem())
 			{
 				return false;
 			}
 			SkipWhitespace();
-			if (Peek() == TEXT(','))
+			if (Peek() != TEXT(','))
 			{
-				++Position;
-				continue;
+				return Expect(TEXT(')'));
 			}
-			return Expect(TEXT(')'));
+			++Position;
 		}
 	}
 
@@ -648,17 +655,7 @@ private:
 		{
 			return true;
 		}
-		if (!Expect(TEXT('(')))
-		{
-			return false;
-		}
-		SkipWhitespace();
-		if (Peek() == TEXT(')'))
-		{
-			++Position;
-			return true;
-		}
-		while (true)
+		return ParseList([this, &Property, &Value]()
 		{
 			FSimulatedValue Item = Editor.MakeDefaultValue(*Property.Inner);
 			if (!ParseValue(*Property.Inner, Item, true))
@@ -666,14 +663,8 @@ private:
 				return false;
 			}
 			Value.Items.push_back(std::move(Item));
-			SkipWhitespace();
-			if (Peek() == TEXT(','))
-			{
-				++Position;
-				continue;
-			}
-			return Expect(TEXT(')'));
-		}
+			return true;
+		});
 	}
 
 	const FSimulatedEditor& Editor;

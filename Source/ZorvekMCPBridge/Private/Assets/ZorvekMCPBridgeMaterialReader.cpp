@@ -56,6 +56,15 @@ namespace
 		{TEXT("SparseVolumeTextureParameterValues"), TEXT("sparse_volume_texture_parameters"), TEXT("sparse_volume_texture"), {TEXT("ParameterValue"), nullptr}, {TEXT("SparseVolumeTexture"), nullptr}},
 		{TEXT("FontParameterValues"), TEXT("font_parameters"), TEXT("font"), {TEXT("FontValue"), TEXT("FontPage")}, {TEXT("Font"), TEXT("FontTexturePage")}}};
 
+	void SetMaskFields(const TSharedPtr<FJsonObject>& Target, const FZorvekMCPBridgeMaterialMask& Mask)
+	{
+		Target->SetNumberField(TEXT("mask"), Mask.Mask);
+		Target->SetNumberField(TEXT("mask_r"), Mask.MaskR);
+		Target->SetNumberField(TEXT("mask_g"), Mask.MaskG);
+		Target->SetNumberField(TEXT("mask_b"), Mask.MaskB);
+		Target->SetNumberField(TEXT("mask_a"), Mask.MaskA);
+	}
+
 	TSharedPtr<FJsonObject> MakeInputNode(const FZorvekMCPBridgeMaterialInputSnapshot& Input)
 	{
 		TSharedPtr<FJsonObject> Node = MakeShared<FJsonObject>();
@@ -63,11 +72,7 @@ namespace
 		Node->SetBoolField(TEXT("connected"), Input.bConnected);
 		Node->SetNumberField(TEXT("output_index"), Input.OutputIndex);
 		Node->SetStringField(TEXT("raw_input_name"), Input.RawInputName);
-		Node->SetNumberField(TEXT("mask"), Input.Mask);
-		Node->SetNumberField(TEXT("mask_r"), Input.MaskR);
-		Node->SetNumberField(TEXT("mask_g"), Input.MaskG);
-		Node->SetNumberField(TEXT("mask_b"), Input.MaskB);
-		Node->SetNumberField(TEXT("mask_a"), Input.MaskA);
+		SetMaskFields(Node, Input.Mask);
 		if (Input.bConnected)
 		{
 			Node->SetStringField(TEXT("source_node_guid"), Input.SourceNodeGuid);
@@ -223,11 +228,7 @@ namespace
 				TSharedPtr<FJsonObject> OutputJson = MakeShared<FJsonObject>();
 				OutputJson->SetNumberField(TEXT("output_index"), Index);
 				OutputJson->SetStringField(TEXT("output_name"), Output.OutputName);
-				OutputJson->SetNumberField(TEXT("mask"), Output.Mask);
-				OutputJson->SetNumberField(TEXT("mask_r"), Output.MaskR);
-				OutputJson->SetNumberField(TEXT("mask_g"), Output.MaskG);
-				OutputJson->SetNumberField(TEXT("mask_b"), Output.MaskB);
-				OutputJson->SetNumberField(TEXT("mask_a"), Output.MaskA);
+				SetMaskFields(OutputJson, Output.Mask);
 				Outputs.Add(MakeShared<FJsonValueObject>(OutputJson));
 			}
 			ZorvekMCPBridgeAssets::SetNamedArray(Node, TEXT("outputs"), Outputs, TEXT("output_count"));

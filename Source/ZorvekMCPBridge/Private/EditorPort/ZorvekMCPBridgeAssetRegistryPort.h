@@ -22,7 +22,7 @@ struct FZorvekMCPBridgeAssetData
 	FString AssetClassPath;
 	// Soft object path as text, e.g. /Game/Characters/BP_Hero.BP_Hero.
 	FString ObjectPath;
-	// Filled only when the query asked for tags.
+	// Filled when the query asked for tags (an implementation may fill them anyway).
 	TArray<FZorvekMCPBridgeAssetTag> Tags;
 };
 

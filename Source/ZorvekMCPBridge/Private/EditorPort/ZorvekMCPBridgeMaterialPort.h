@@ -3,6 +3,16 @@
 #include "CoreMinimal.h"
 #include "EditorPort/ZorvekMCPBridgeObjectHandle.h"
 
+// Which channels an output gives or an input takes: Mask says whether the channel bits count.
+struct FZorvekMCPBridgeMaterialMask
+{
+	int32 Mask = 0;
+	int32 MaskR = 0;
+	int32 MaskG = 0;
+	int32 MaskB = 0;
+	int32 MaskA = 0;
+};
+
 // One input of a material expression, or one root input of a material.
 struct FZorvekMCPBridgeMaterialInputSnapshot
 {
@@ -13,11 +23,7 @@ struct FZorvekMCPBridgeMaterialInputSnapshot
 	FString RawInputName;
 	bool bConnected = false;
 	int32 OutputIndex = 0;
-	int32 Mask = 0;
-	int32 MaskR = 0;
-	int32 MaskG = 0;
-	int32 MaskB = 0;
-	int32 MaskA = 0;
+	FZorvekMCPBridgeMaterialMask Mask;
 	// The plugged-in expression, when connected.
 	FString SourceNodeGuid;
 	FString SourceNodeTitle;
@@ -27,11 +33,7 @@ struct FZorvekMCPBridgeMaterialInputSnapshot
 struct FZorvekMCPBridgeMaterialOutputSnapshot
 {
 	FString OutputName;
-	int32 Mask = 0;
-	int32 MaskR = 0;
-	int32 MaskG = 0;
-	int32 MaskB = 0;
-	int32 MaskA = 0;
+	FZorvekMCPBridgeMaterialMask Mask;
 };
 
 struct FZorvekMCPBridgeMaterialExpressionSnapshot

@@ -30,11 +30,7 @@ namespace
 		Snapshot.RawInputName = Input.InputName.ToString();
 		Snapshot.bConnected = Input.Expression != nullptr;
 		Snapshot.OutputIndex = Input.OutputIndex;
-		Snapshot.Mask = Input.Mask;
-		Snapshot.MaskR = Input.MaskR;
-		Snapshot.MaskG = Input.MaskG;
-		Snapshot.MaskB = Input.MaskB;
-		Snapshot.MaskA = Input.MaskA;
+		Snapshot.Mask = {Input.Mask, Input.MaskR, Input.MaskG, Input.MaskB, Input.MaskA};
 		if (Input.Expression)
 		{
 			Snapshot.SourceNodeGuid = Input.Expression->MaterialExpressionGuid.ToString();
@@ -61,7 +57,7 @@ namespace
 		}
 		for (const FExpressionOutput& Output : Expression->GetOutputs())
 		{
-			Snapshot.Outputs.Add({Output.OutputName.IsNone() ? FString() : Output.OutputName.ToString(), Output.Mask, Output.MaskR, Output.MaskG, Output.MaskB, Output.MaskA});
+			Snapshot.Outputs.Add({Output.OutputName.IsNone() ? FString() : Output.OutputName.ToString(), {Output.Mask, Output.MaskR, Output.MaskG, Output.MaskB, Output.MaskA}});
 		}
 		for (int32 Index = 0; FExpressionInput* Input = Expression->GetInput(Index); ++Index)
 		{
