@@ -25,7 +25,9 @@ public class ZorvekMCPBridge : ModuleRules
 			"ToolMenus",
 			"Settings",
 			"UnrealEd",
-			"BlueprintGraph"
+			"BlueprintGraph",
+			"ApplicationCore",
+			"InputCore"
 		});
 	}
 }
