@@ -10,6 +10,7 @@
 #include "HttpServerModule.h"
 #include "Misc/ConfigCacheIni.h"
 #include "Modules/ModuleManager.h"
+#include "SimulatedEditorPort.h"
 
 #include <csignal>
 #include <cstdio>
@@ -35,6 +36,7 @@ namespace
 	struct FHostOptions
 	{
 		FString EngineIniPath;
+		FString ProjectPath;
 		TArray<FString> ExecCommands;
 		TArray<FString> SetupCommands;
 		bool bReadStandardInput = true;
@@ -51,6 +53,8 @@ namespace
 			"its MCP endpoint on http://127.0.0.1:8765/mcp (or the next free port up to 8789).\n"
 			"\n"
 			"Options:\n"
+			"  --project FILE      Serve the simulated project described by FILE (JSON) instead of\n"
+			"                      the sample project (Host/SimulatedEditor/SampleProject).\n"
 			"  --engine-ini FILE   Read engine configuration from FILE, e.g.\n"
 			"                      [ZorvekMCPBridge]\n"
 			"                      bAutoStart=False\n"
@@ -87,6 +91,10 @@ namespace
 			else if (Argument == "--engine-ini" && bHasValue)
 			{
 				Options.EngineIniPath = UECompatFromUtf8(Arguments[++Index]);
+			}
+			else if (Argument == "--project" && bHasValue)
+			{
+				Options.ProjectPath = UECompatFromUtf8(Arguments[++Index]);
 			}
 			else if (Argument == "--exec" && bHasValue)
 			{
@@ -213,6 +221,14 @@ int main(int ArgumentCount, char** Arguments)
 	UE_LOG(LogZorvekBridgeHost, Display, TEXT("Zorvek MCP Bridge headless host (simulated editor, engine API %s)"), TEXT("5.7"));
 	if (!Options.EngineIniPath.IsEmpty() && !LoadEngineIni(Options.EngineIniPath))
 	{
+		GLog->RemoveOutputDevice(&ConsoleOutput);
+		return 2;
+	}
+
+	FString ProjectError;
+	if (!SelectSimulatedEditorProject(Options.ProjectPath, ProjectError))
+	{
+		UE_LOG(LogZorvekBridgeHost, Error, TEXT("Cannot serve the simulated project: %s"), *ProjectError);
 		GLog->RemoveOutputDevice(&ConsoleOutput);
 		return 2;
 	}

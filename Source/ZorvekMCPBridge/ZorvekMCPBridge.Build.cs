@@ -16,6 +16,7 @@ public class ZorvekMCPBridge : ModuleRules
 
 		PrivateDependencyModuleNames.AddRange(new string[]
 		{
+			"AssetRegistry",
 			"HTTPServer",
 			"Sockets",
 			"Json",

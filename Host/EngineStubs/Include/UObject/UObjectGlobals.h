@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "UObject/FindObjectFlags.h"
 #include "UObject/ObjectMacros.h"
 
 class UObject;
@@ -25,3 +26,16 @@ template <class T>
 const T* GetDefault();
 template <class T>
 T* GetMutableDefault();
+
+UObject* StaticFindObject(UClass* Class, UObject* InOuter, FStringView Name, EFindObjectFlags Flags = EFindObjectFlags::None);
+UObject* StaticFindFirstObject(UClass* Class, FStringView Name, EFindFirstObjectOptions Options = EFindFirstObjectOptions::None,
+	ELogVerbosity::Type AmbiguousMessageVerbosity = ELogVerbosity::NoLogging, const TCHAR* InCurrentOperation = nullptr);
+
+template <class T>
+T* FindObject(UObject* Outer, FStringView Name, EFindObjectFlags Flags = EFindObjectFlags::None);
+template <class T>
+T* FindFirstObject(FStringView Name, EFindFirstObjectOptions Options = EFindFirstObjectOptions::None,
+	ELogVerbosity::Type AmbiguousMessageVerbosity = ELogVerbosity::NoLogging, const TCHAR* InCurrentOperation = nullptr);
+template <class T>
+T* LoadObject(UObject* Outer, FStringView Name, FStringView Filename = {}, uint32 LoadFlags = LOAD_None, UPackageMap* Sandbox = nullptr,
+	const FLinkerInstancingContext* InstancingContext = nullptr);
