@@ -69,6 +69,8 @@ struct FRawHttpResponse
 // Sends the bytes as they are to 127.0.0.1:Port and reads one response, while this thread
 // keeps running game-thread tasks (the server answers on the game thread).
 FRawHttpResponse SendRawHttp(int Port, const std::string& RequestBytes, double TimeoutSeconds = 10.0);
+// The same from a thread that is not the game thread: it only waits for the answer.
+FRawHttpResponse SendRawHttpWithoutPumping(int Port, const std::string& RequestBytes);
 // A POST of the body to /mcp with a loopback Host header and Content-Length.
 FRawHttpResponse PostMcp(int Port, const std::string& Body, const std::vector<std::string>& ExtraHeaderLines = {});
 

@@ -1,6 +1,7 @@
 #include "Server/ZorvekMCPBridgeToolCatalogue.h"
 
 #include "Dom/JsonValue.h"
+#include "EditorPort/ZorvekMCPBridgeEditorPort.h"
 #include "Server/ZorvekMCPBridgeServer.h"
 
 const FZorvekMCPBridgeToolDefinition* ZorvekMCPBridgeTools::FindTool(const FString& ToolName)
@@ -125,6 +126,6 @@ TSharedPtr<FJsonObject> FZorvekMCPBridgeServer::ExecuteTool(const FString& ToolN
 	{
 		return ZorvekMCPBridgeTools::MakeNotAvailableYetResult(Tool->Name);
 	}
-	FZorvekMCPBridgeToolContext Context{*this};
+	FZorvekMCPBridgeToolContext Context{*this, EditorPort.Get()};
 	return Tool->Handler(Context, Arguments.IsValid() ? Arguments : MakeShared<FJsonObject>());
 }

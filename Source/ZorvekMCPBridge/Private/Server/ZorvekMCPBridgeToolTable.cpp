@@ -3,6 +3,7 @@
 // not available in this build yet; attach the handler to the row when the tool is built.
 #include "Server/ZorvekMCPBridgeToolCatalogue.h"
 
+#include "Tools/ZorvekMCPBridgeAssetTools.h"
 #include "Tools/ZorvekMCPBridgeDiscoveryTools.h"
 
 namespace
@@ -145,12 +146,12 @@ namespace
 				RequiredText(TEXT("name_or_path"), TEXT("Asset name, keyword, or full Unreal asset path.")),
 				OptionalText(TEXT("type"), TEXT("Asset type filter such as Blueprint, Material, Any. Defaults to Blueprint.")),
 				OptionalText(TEXT("limit"), TEXT("Maximum candidates to return. Defaults to 10.")),
-			}),
+			}, &ZorvekMCPBridgeAssetTools::HandleResolveAsset),
 			ToolRow(TEXT("unreal_inspect_asset"), TEXT("Read-only inspection for any UObject asset: identity, class, package, editable/public properties, object references, and partial failures."), {
 				RequiredText(TEXT("AssetNameOrPath"), TEXT("Asset name, keyword, full package path, or full object path.")),
 				OptionalText(TEXT("Type"), TEXT("Optional asset type filter for name searches. Defaults to Any.")),
 				OptionalText(TEXT("PropertyLimit"), TEXT("Maximum inspectable properties to return. Defaults to 200. Use 0 for no explicit limit.")),
-			}),
+			}, &ZorvekMCPBridgeAssetTools::HandleInspectAsset),
 
 			// Data Assets.
 			ToolRow(TEXT("data_asset_find_classes"), TEXT("Discover native and Blueprint-generated Data Asset / Primary Data Asset classes for real Data Asset instance authoring. Read-only; does not create Blueprint child classes."), {
