@@ -10,6 +10,7 @@
 #include "HttpServerModule.h"
 #include "Misc/ConfigCacheIni.h"
 #include "Modules/ModuleManager.h"
+#include "SimulatedEditorPort.h"
 
 #include <csignal>
 #include <cstdio>
@@ -28,11 +29,16 @@ namespace
 	constexpr double IdleFrameSeconds = 0.25;
 	// Tickers with no delay run every frame; the host's frame rate for them.
 	constexpr double BusyFrameSeconds = 1.0 / 60.0;
+	// The module's automatic start is due 0.1 s after load; setup commands from the command
+	// line run just after it, so they see the live endpoint address.
+	constexpr float SetupCommandDelaySeconds = 0.2f;
 
 	struct FHostOptions
 	{
 		FString EngineIniPath;
+		FString ProjectPath;
 		TArray<FString> ExecCommands;
+		TArray<FString> SetupCommands;
 		bool bReadStandardInput = true;
 		bool bShowHelp = false;
 		FString Error;
@@ -47,15 +53,24 @@ namespace
 			"its MCP endpoint on http://127.0.0.1:8765/mcp (or the next free port up to 8789).\n"
 			"\n"
 			"Options:\n"
+			"  --project FILE      Serve the simulated project described by FILE (JSON) instead of\n"
+			"                      the sample project (Host/SimulatedEditor/SampleProject).\n"
 			"  --engine-ini FILE   Read engine configuration from FILE, e.g.\n"
 			"                      [ZorvekMCPBridge]\n"
 			"                      bAutoStart=False\n"
 			"  --exec \"COMMAND\"    Run a console command once the module has started (repeatable).\n"
 			"  --no-stdin          Do not read console commands from standard input; run until Ctrl-C.\n"
+			"  --snippet CLIENT    Print the setup snippet of an AI client (codex, gemini, antigravity,\n"
+			"                      claude-code, cursor, jetbrains-rider, ibm-bob, google-jules) for the\n"
+			"                      live endpoint, once the bridge has started.\n"
+			"  --write-config CLIENT\n"
+			"                      Add the bridge to the client's configuration file (antigravity),\n"
+			"                      keeping a timestamped backup, once the bridge has started.\n"
 			"  --help              Show this text.\n"
 			"\n"
 			"Console commands (typed on standard input): ZorvekMCPBridge.Start, ZorvekMCPBridge.Stop,\n"
-			"ZorvekMCPBridge.Status, help, quit.\n");
+			"ZorvekMCPBridge.Status, ZorvekMCPBridge.Snippet <client>, ZorvekMCPBridge.WriteConfig <client>,\n"
+			"help, quit.\n");
 	}
 
 	FHostOptions ParseOptions(int ArgumentCount, char** Arguments)
@@ -77,9 +92,21 @@ namespace
 			{
 				Options.EngineIniPath = UECompatFromUtf8(Arguments[++Index]);
 			}
+			else if (Argument == "--project" && bHasValue)
+			{
+				Options.ProjectPath = UECompatFromUtf8(Arguments[++Index]);
+			}
 			else if (Argument == "--exec" && bHasValue)
 			{
 				Options.ExecCommands.Add(UECompatFromUtf8(Arguments[++Index]));
+			}
+			else if (Argument == "--snippet" && bHasValue)
+			{
+				Options.SetupCommands.Add(TEXT("ZorvekMCPBridge.Snippet ") + UECompatFromUtf8(Arguments[++Index]));
+			}
+			else if (Argument == "--write-config" && bHasValue)
+			{
+				Options.SetupCommands.Add(TEXT("ZorvekMCPBridge.WriteConfig ") + UECompatFromUtf8(Arguments[++Index]));
 			}
 			else
 			{
@@ -198,6 +225,14 @@ int main(int ArgumentCount, char** Arguments)
 		return 2;
 	}
 
+	FString ProjectError;
+	if (!SelectSimulatedEditorProject(Options.ProjectPath, ProjectError))
+	{
+		UE_LOG(LogZorvekBridgeHost, Error, TEXT("Cannot serve the simulated project: %s"), *ProjectError);
+		GLog->RemoveOutputDevice(&ConsoleOutput);
+		return 2;
+	}
+
 	StartSignalThread(Signals);
 	if (!FModuleManager::Get().LoadModule(TEXT("ZorvekMCPBridge"), ELoadModuleFlags::LogFailures))
 	{
@@ -207,6 +242,18 @@ int main(int ArgumentCount, char** Arguments)
 	for (const FString& Command : Options.ExecCommands)
 	{
 		RunConsoleCommand(Command);
+	}
+	if (Options.SetupCommands.Num() > 0)
+	{
+		const TArray<FString> SetupCommands = Options.SetupCommands;
+		FTSTicker::GetCoreTicker().AddTicker(FTickerDelegate::CreateLambda([SetupCommands](float DeltaTime)
+		{
+			for (const FString& Command : SetupCommands)
+			{
+				RunConsoleCommand(Command);
+			}
+			return false;
+		}), SetupCommandDelaySeconds);
 	}
 	if (Options.bReadStandardInput)
 	{

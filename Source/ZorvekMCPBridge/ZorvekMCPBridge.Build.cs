@@ -16,6 +16,7 @@ public class ZorvekMCPBridge : ModuleRules
 
 		PrivateDependencyModuleNames.AddRange(new string[]
 		{
+			"AssetRegistry",
 			"HTTPServer",
 			"Sockets",
 			"Json",
@@ -23,7 +24,10 @@ public class ZorvekMCPBridge : ModuleRules
 			"SlateCore",
 			"ToolMenus",
 			"Settings",
-			"UnrealEd"
+			"UnrealEd",
+			"BlueprintGraph",
+			"ApplicationCore",
+			"InputCore"
 		});
 	}
 }

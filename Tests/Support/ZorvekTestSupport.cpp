@@ -1,6 +1,7 @@
 #include "ZorvekTestSupport.h"
 
 #include "Async/Async.h"
+#include "Dom/JsonValue.h"
 #include "HAL/PlatformTime.h"
 #include "Serialization/JsonReader.h"
 #include "Serialization/JsonSerializer.h"
@@ -22,6 +23,16 @@ void PrintTo(const FString& Value, std::ostream* Stream)
 void PrintTo(const FName& Value, std::ostream* Stream)
 {
 	*Stream << UECompatToUtf8(Value.ToString());
+}
+
+void PrintTo(const TArray<FString>& Value, std::ostream* Stream)
+{
+	*Stream << '{';
+	for (int32 Index = 0; Index < Value.Num(); ++Index)
+	{
+		*Stream << (Index > 0 ? ", " : "") << '"' << UECompatToUtf8(Value[Index]) << '"';
+	}
+	*Stream << '}';
 }
 
 FLogCapture::FLogCapture()
@@ -101,6 +112,26 @@ FString ToCondensedJson(const TSharedPtr<FJsonObject>& Object)
 	FString Text;
 	FJsonSerializer::Serialize(Object, TJsonWriterFactory<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>::Create(&Text));
 	return Text;
+}
+
+TArray<FString> JsonKeysOf(const TSharedPtr<FJsonObject>& Object)
+{
+	TArray<FString> Keys;
+	for (const auto& Pair : Object->Values)
+	{
+		Keys.Add(Pair.Key);
+	}
+	return Keys;
+}
+
+TArray<FString> JsonStringsOf(const TArray<TSharedPtr<FJsonValue>>& Values)
+{
+	TArray<FString> Strings;
+	for (const TSharedPtr<FJsonValue>& Value : Values)
+	{
+		Strings.Add(Value->AsString());
+	}
+	return Strings;
 }
 
 bool PumpGameThreadUntil(const std::function<bool()>& Predicate, double TimeoutSeconds)
@@ -186,34 +217,40 @@ namespace
 	}
 }
 
+FRawHttpResponse SendRawHttpWithoutPumping(int Port, const std::string& RequestBytes)
+{
+	FRawHttpResponse Response;
+	const int Descriptor = ::socket(AF_INET, SOCK_STREAM, 0);
+	sockaddr_in Address{};
+	Address.sin_family = AF_INET;
+	Address.sin_port = htons((uint16_t)Port);
+	Address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+	timeval Timeout{10, 0};
+	::setsockopt(Descriptor, SOL_SOCKET, SO_RCVTIMEO, &Timeout, sizeof(Timeout));
+	if (::connect(Descriptor, reinterpret_cast<sockaddr*>(&Address), sizeof(Address)) == 0)
+	{
+		size_t Sent = 0;
+		while (Sent < RequestBytes.size())
+		{
+			const ssize_t Written = ::send(Descriptor, RequestBytes.data() + Sent, RequestBytes.size() - Sent, MSG_NOSIGNAL);
+			if (Written <= 0)
+			{
+				break;
+			}
+			Sent += (size_t)Written;
+		}
+		Response = ReadResponse(Descriptor);
+	}
+	::close(Descriptor);
+	return Response;
+}
+
 FRawHttpResponse SendRawHttp(int Port, const std::string& RequestBytes, double TimeoutSeconds)
 {
 	std::atomic<bool> bDone{false};
 	std::future<FRawHttpResponse> Pending = std::async(std::launch::async, [Port, RequestBytes, &bDone]()
 	{
-		FRawHttpResponse Response;
-		const int Descriptor = ::socket(AF_INET, SOCK_STREAM, 0);
-		sockaddr_in Address{};
-		Address.sin_family = AF_INET;
-		Address.sin_port = htons((uint16_t)Port);
-		Address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-		timeval Timeout{10, 0};
-		::setsockopt(Descriptor, SOL_SOCKET, SO_RCVTIMEO, &Timeout, sizeof(Timeout));
-		if (::connect(Descriptor, reinterpret_cast<sockaddr*>(&Address), sizeof(Address)) == 0)
-		{
-			size_t Sent = 0;
-			while (Sent < RequestBytes.size())
-			{
-				const ssize_t Written = ::send(Descriptor, RequestBytes.data() + Sent, RequestBytes.size() - Sent, MSG_NOSIGNAL);
-				if (Written <= 0)
-				{
-					break;
-				}
-				Sent += (size_t)Written;
-			}
-			Response = ReadResponse(Descriptor);
-		}
-		::close(Descriptor);
+		FRawHttpResponse Response = SendRawHttpWithoutPumping(Port, RequestBytes);
 		bDone = true;
 		return Response;
 	});
@@ -235,6 +272,9 @@ FRawHttpResponse PostMcp(int Port, const std::string& Body, const std::vector<st
 FPortBlocker::FPortBlocker(int Port)
 {
 	Descriptor = ::socket(AF_INET, SOCK_STREAM, 0);
+	// As most servers do, so connections of earlier tests lingering in TIME_WAIT do not matter.
+	int Yes = 1;
+	::setsockopt(Descriptor, SOL_SOCKET, SO_REUSEADDR, &Yes, sizeof(Yes));
 	sockaddr_in Address{};
 	Address.sin_family = AF_INET;
 	Address.sin_port = htons((uint16_t)Port);

@@ -15,6 +15,7 @@
 
 void PrintTo(const FString& Value, std::ostream* Stream);
 void PrintTo(const FName& Value, std::ostream* Stream);
+void PrintTo(const TArray<FString>& Value, std::ostream* Stream);
 
 // Collects log lines while it lives.
 class FLogCapture : public FOutputDevice
@@ -47,6 +48,9 @@ private:
 TSharedPtr<FJsonObject> ParseJsonObject(const FString& Text);
 TSharedPtr<FJsonObject> ParseJsonObject(const std::string& Utf8Text);
 FString ToCondensedJson(const TSharedPtr<FJsonObject>& Object);
+// The member names of an object in their order, and the strings of an array of strings.
+TArray<FString> JsonKeysOf(const TSharedPtr<FJsonObject>& Object);
+TArray<FString> JsonStringsOf(const TArray<TSharedPtr<FJsonValue>>& Values);
 
 // Runs game-thread tasks on the calling thread until the predicate holds or the time is up.
 bool PumpGameThreadUntil(const std::function<bool()>& Predicate, double TimeoutSeconds = 10.0);
@@ -65,6 +69,8 @@ struct FRawHttpResponse
 // Sends the bytes as they are to 127.0.0.1:Port and reads one response, while this thread
 // keeps running game-thread tasks (the server answers on the game thread).
 FRawHttpResponse SendRawHttp(int Port, const std::string& RequestBytes, double TimeoutSeconds = 10.0);
+// The same from a thread that is not the game thread: it only waits for the answer.
+FRawHttpResponse SendRawHttpWithoutPumping(int Port, const std::string& RequestBytes);
 // A POST of the body to /mcp with a loopback Host header and Content-Length.
 FRawHttpResponse PostMcp(int Port, const std::string& Body, const std::vector<std::string>& ExtraHeaderLines = {});
 

@@ -288,6 +288,17 @@ struct FHttpServerModule::FListener
 		Server->set_keep_alive_timeout(15);
 		Server->set_read_timeout(5, 0);
 		Server->set_write_timeout(5, 0);
+		// The engine frames bodies by Content-Length only: POST and PUT without it are refused
+		// before any body is read.
+		Server->set_pre_routing_handler([](const httplib::Request& Request, httplib::Response& Response)
+		{
+			if ((Request.method == "POST" || Request.method == "PUT") && !Request.has_header("Content-Length"))
+			{
+				WriteError(EHttpServerResponseCodes::LengthRequired, TEXT("errors.com.epicgames.httpserver.missing_content_length"), Response);
+				return httplib::Server::HandlerResponse::Handled;
+			}
+			return httplib::Server::HandlerResponse::Unhandled;
+		});
 		const auto Handler = [this](const httplib::Request& Request, httplib::Response& Response) { Serve(Request, Response); };
 		Server->Get(".*", Handler);
 		Server->Post(".*", Handler);
@@ -302,18 +313,11 @@ struct FHttpServerModule::FListener
 			return false;
 		}
 		httplib::Server* Raw = Server.get();
-		std::shared_ptr<std::atomic<bool>> bListenReturned = std::make_shared<std::atomic<bool>>(false);
-		Thread = std::thread([Raw, bListenReturned]()
+		Thread = std::thread([Raw]() { Raw->listen_after_bind(); });
+		// A stop before the accept loop runs would be lost, so wait until it does.
+		for (int32 Attempt = 0; Attempt < 40000 && !Raw->is_running(); ++Attempt)
 		{
-			Raw->listen_after_bind();
-			*bListenReturned = true;
-		});
-		// cpp-httplib's stop() does nothing until the listening thread has marked the server
-		// running, so a listener stopped right after it started would accept forever and its
-		// thread could never be joined. Wait for that mark (or for the thread to give up).
-		while (!Raw->is_running() && !*bListenReturned)
-		{
-			std::this_thread::sleep_for(std::chrono::microseconds(100));
+			std::this_thread::sleep_for(std::chrono::microseconds(50));
 		}
 		bListening = true;
 		UE_LOG(LogHttpListener, Log, TEXT("Created new HttpListener on 127.0.0.1:%u"), Port);
@@ -353,12 +357,6 @@ struct FHttpServerModule::FListener
 			return;
 		}
 		Request.HttpVersion = In.version == "HTTP/1.0" ? HttpVersion::EHttpServerHttpVersion::HTTP_VERSION_1_0 : HttpVersion::EHttpServerHttpVersion::HTTP_VERSION_1_1;
-		const bool bHasLength = In.has_header("Content-Length");
-		if ((Request.Verb == EHttpServerRequestVerbs::VERB_POST || Request.Verb == EHttpServerRequestVerbs::VERB_PUT) && !bHasLength)
-		{
-			WriteError(EHttpServerResponseCodes::LengthRequired, TEXT("errors.com.epicgames.httpserver.missing_content_length"), Out);
-			return;
-		}
 		if (Request.Verb == EHttpServerRequestVerbs::VERB_GET && !In.body.empty())
 		{
 			WriteError(EHttpServerResponseCodes::BadRequest, TEXT("errors.com.epicgames.httpserver.invalid_content_length"), Out);

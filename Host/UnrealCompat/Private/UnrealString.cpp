@@ -308,13 +308,16 @@ bool FString::Split(const FString& InS, FString* LeftS, FString* RightS, ESearch
 	{
 		return false;
 	}
+	// Either output may be this string, as the engine allows.
+	FString Left = this->Left(Position);
+	FString Right = Mid(Position + InS.Len());
 	if (LeftS)
 	{
-		*LeftS = Left(Position);
+		*LeftS = MoveTemp(Left);
 	}
 	if (RightS)
 	{
-		*RightS = Mid(Position + InS.Len());
+		*RightS = MoveTemp(Right);
 	}
 	return true;
 }

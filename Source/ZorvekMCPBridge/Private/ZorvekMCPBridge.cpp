@@ -1,5 +1,6 @@
 #include "ZorvekMCPBridge.h"
 
+#include "EditorPort/ZorvekMCPBridgeEditorPort.h"
 #include "HAL/IConsoleManager.h"
 #include "Misc/ConfigCacheIni.h"
 #include "Modules/ModuleManager.h"
@@ -29,7 +30,9 @@ void FZorvekMCPBridgeModule::StartupModule()
 {
 	UE_LOG(LogZorvekMCPBridge, Log, TEXT("Zorvek MCP Bridge module starting"));
 
+	EditorPort = CreateZorvekMCPBridgeEditorPort();
 	Server = MakeShared<FZorvekMCPBridgeServer, ESPMode::ThreadSafe>();
+	Server->SetEditorPort(EditorPort);
 
 	StartCommand = MakeUnique<FAutoConsoleCommand>(TEXT("ZorvekMCPBridge.Start"), TEXT("Start the local Zorvek MCP Bridge endpoint."),
 		FConsoleCommandDelegate::CreateRaw(this, &FZorvekMCPBridgeModule::StartBridge));
@@ -65,6 +68,7 @@ void FZorvekMCPBridgeModule::ShutdownModule()
 		Server->Stop();
 		Server.Reset();
 	}
+	EditorPort.Reset();
 
 	StartCommand.Reset();
 	StopCommand.Reset();
@@ -82,6 +86,7 @@ void FZorvekMCPBridgeModule::StartBridge()
 	{
 		UE_LOG(LogZorvekMCPBridge, Display, TEXT("Bridge server was not allocated; creating it now"));
 		Server = MakeShared<FZorvekMCPBridgeServer, ESPMode::ThreadSafe>();
+		Server->SetEditorPort(EditorPort);
 	}
 
 	if (Server->Start(FZorvekMCPBridgeServer::DefaultPort))

@@ -6,6 +6,7 @@
 
 class FAutoConsoleCommand;
 class FZorvekMCPBridgeServer;
+class IZorvekMCPBridgeEditorPort;
 class UZorvekMCPBridgeEditorSettings;
 
 // The editor module that hosts the bridge: it owns the one server, the console commands, the
@@ -51,6 +52,7 @@ private:
 	void OpenAISetupWizard();
 
 	TSharedPtr<FZorvekMCPBridgeServer, ESPMode::ThreadSafe> Server;
+	TSharedPtr<IZorvekMCPBridgeEditorPort> EditorPort;
 	FTSTicker::FDelegateHandle AutoStartTickerHandle;
 	UZorvekMCPBridgeEditorSettings* SettingsObject = nullptr;
 	bool bShutdownStarted = false;

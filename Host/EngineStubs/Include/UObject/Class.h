@@ -1,6 +1,9 @@
 #pragma once
 
 #include "UObject/Object.h"
+#include "UObject/TopLevelAssetPath.h"
+
+class FProperty;
 
 class UField : public UObject
 {
@@ -16,12 +19,19 @@ class UStruct : public UField
 public:
 	UStruct* GetSuperStruct() const;
 	bool IsChildOf(const UStruct* SomeBase) const;
+	FProperty* FindPropertyByName(FName InName) const;
+	FTopLevelAssetPath GetStructPathName() const;
 };
 
 class UClass : public UStruct
 {
 public:
+	EClassFlags ClassFlags;
+
 	UClass* GetSuperClass() const;
+	bool HasAnyClassFlags(EClassFlags FlagsToCheck) const;
+	EClassFlags GetClassFlags() const;
+	FTopLevelAssetPath GetClassPathName() const;
 	UObject* GetDefaultObject(bool bCreateIfNeeded = true) const;
 	template <class T> bool IsChildOf() const;
 	using UStruct::IsChildOf;
@@ -29,6 +39,14 @@ public:
 
 class UScriptStruct : public UStruct
 {
+};
+
+enum class EGetByNameFlags
+{
+	None = 0,
+	ErrorIfNotFound = 0x01,
+	CaseSensitive = 0x02,
+	CheckAuthoredName = 0x04,
 };
 
 class UEnum : public UField
@@ -40,4 +58,9 @@ public:
 	FText GetDisplayNameTextByIndex(int32 InIndex) const;
 	int64 GetValueByIndex(int32 Index) const;
 	int32 GetIndexByName(const FName InName) const;
+	FString GetNameStringByValue(int64 InValue) const;
+	int64 GetValueByNameString(const FString& SearchString, EGetByNameFlags Flags = EGetByNameFlags::None) const;
 };
+
+// The nearest native class: the class itself when it is native.
+UClass* GetParentNativeClass(UClass* Class);

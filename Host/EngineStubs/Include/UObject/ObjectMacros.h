@@ -43,3 +43,33 @@ enum EObjectFlags
 	RF_MarkAsRootSet = 0x00000080,
 };
 ENUM_CLASS_FLAGS(EObjectFlags)
+
+enum ELoadFlags
+{
+	LOAD_None = 0x00000000,
+};
+
+enum EClassFlags
+{
+	CLASS_None = 0x00000000u,
+	CLASS_Abstract = 0x00000001u,
+	CLASS_Native = 0x00000080u,
+	CLASS_Interface = 0x00004000u,
+	CLASS_CompiledFromBlueprint = 0x00040000u,
+	CLASS_Deprecated = 0x02000000u,
+	CLASS_NewerVersionExists = 0x80000000u,
+};
+ENUM_CLASS_FLAGS(EClassFlags)
+
+enum EPropertyFlags : uint64
+{
+	CPF_None = 0,
+	CPF_Edit = 0x0000000000000001,
+	CPF_BlueprintVisible = 0x0000000000000004,
+	CPF_BlueprintReadOnly = 0x0000000000000010,
+	CPF_Transient = 0x0000000000002000,
+	CPF_DisableEditOnInstance = 0x0000000000010000,
+	CPF_Deprecated = 0x0000000020000000,
+	CPF_AssetRegistrySearchable = 0x0000010000000000,
+};
+ENUM_CLASS_FLAGS(EPropertyFlags)

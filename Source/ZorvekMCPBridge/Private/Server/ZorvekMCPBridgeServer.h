@@ -6,6 +6,7 @@
 #include "HttpRouteHandle.h"
 
 class IHttpRouter;
+class IZorvekMCPBridgeEditorPort;
 struct FHttpServerRequest;
 
 // The local MCP endpoint: POST "/mcp" on 127.0.0.1, on the first port of 25 that binds. Every
@@ -43,6 +44,10 @@ public:
 	// The pretty-printed JSON text of bodies and tool results.
 	static FString SerializeJson(const TSharedPtr<FJsonObject>& Object);
 
+	// The editor the tools work on, handed to every tool call.
+	void SetEditorPort(const TSharedPtr<IZorvekMCPBridgeEditorPort>& InEditorPort) { EditorPort = InEditorPort; }
+	IZorvekMCPBridgeEditorPort* GetEditorPort() const { return EditorPort.Get(); }
+
 private:
 	bool TryBindPort(uint16 CandidatePort);
 	bool VerifyLocalTcpPort(uint16 CandidatePort) const;
@@ -53,4 +58,5 @@ private:
 	FDelegateHandle RequestGuardHandle;
 	uint16 Port = 0;
 	bool bRunning = false;
+	TSharedPtr<IZorvekMCPBridgeEditorPort> EditorPort;
 };

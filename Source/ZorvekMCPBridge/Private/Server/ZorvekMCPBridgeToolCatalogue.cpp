@@ -1,6 +1,7 @@
 #include "Server/ZorvekMCPBridgeToolCatalogue.h"
 
 #include "Dom/JsonValue.h"
+#include "EditorPort/ZorvekMCPBridgeEditorPort.h"
 #include "Server/ZorvekMCPBridgeServer.h"
 
 const FZorvekMCPBridgeToolDefinition* ZorvekMCPBridgeTools::FindTool(const FString& ToolName)
@@ -93,7 +94,9 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeTools::MakeTextToolResult(const FString& 
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeTools::MakeNotAvailableYetResult(const FString& ToolName)
 {
-	return MakeTextToolResult(FString::Printf(TEXT("%s is not available in this build of Zorvek MCP Bridge yet. Call unreal_get_capabilities to see what this build can do."), *ToolName), true);
+	// Plain about the cause, so an agent neither retries with other arguments nor concludes the
+	// bridge can never do it.
+	return MakeTextToolResult(FString::Printf(TEXT("%s is not available in this build of Zorvek MCP Bridge yet: the tool is listed, but this build does not implement it. Other tools from tools/list may cover the task; unreal_recommend_tools suggests them."), *ToolName), true);
 }
 
 TSharedPtr<FJsonObject> FZorvekMCPBridgeServer::BuildToolsListResult(const TSharedPtr<FJsonObject>& Request)
@@ -123,6 +126,6 @@ TSharedPtr<FJsonObject> FZorvekMCPBridgeServer::ExecuteTool(const FString& ToolN
 	{
 		return ZorvekMCPBridgeTools::MakeNotAvailableYetResult(Tool->Name);
 	}
-	FZorvekMCPBridgeToolContext Context{*this};
+	FZorvekMCPBridgeToolContext Context{*this, EditorPort.Get()};
 	return Tool->Handler(Context, Arguments.IsValid() ? Arguments : MakeShared<FJsonObject>());
 }

@@ -4,11 +4,14 @@
 #include "Dom/JsonObject.h"
 
 class FZorvekMCPBridgeServer;
+class IZorvekMCPBridgeEditorPort;
 
 // What a tool handler gets besides its arguments.
 struct FZorvekMCPBridgeToolContext
 {
 	FZorvekMCPBridgeServer& Server;
+	// The editor the tools read and change; null in a process without one.
+	IZorvekMCPBridgeEditorPort* EditorPort = nullptr;
 };
 
 typedef TSharedPtr<FJsonObject> (*FZorvekMCPBridgeToolHandler)(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);

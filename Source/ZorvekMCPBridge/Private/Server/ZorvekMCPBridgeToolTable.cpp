@@ -1,7 +1,426 @@
+// The declarative tool table: one row per tool, in the order "tools/list" shows them. The same
+// rows are the dispatch chain of "tools/call". A row without a handler answers that the tool is
+// not available in this build yet; attach the handler to the row when the tool is built.
 #include "Server/ZorvekMCPBridgeToolCatalogue.h"
+
+#include "Tools/ZorvekMCPBridgeAssetTools.h"
+#include "Tools/ZorvekMCPBridgeDiscoveryTools.h"
+
+namespace
+{
+	FZorvekMCPBridgeToolParameter RequiredText(const TCHAR* Name, const TCHAR* Description)
+	{
+		return {Name, Description, EZorvekMCPBridgeParameterForm::Text, true};
+	}
+
+	FZorvekMCPBridgeToolParameter OptionalText(const TCHAR* Name, const TCHAR* Description)
+	{
+		return {Name, Description, EZorvekMCPBridgeParameterForm::Text, false};
+	}
+
+	// Maps and arrays are declared as objects with additional properties.
+	FZorvekMCPBridgeToolParameter RequiredObject(const TCHAR* Name, const TCHAR* Description)
+	{
+		return {Name, Description, EZorvekMCPBridgeParameterForm::Structured, true};
+	}
+
+	FZorvekMCPBridgeToolParameter OptionalObject(const TCHAR* Name, const TCHAR* Description)
+	{
+		return {Name, Description, EZorvekMCPBridgeParameterForm::Structured, false};
+	}
+
+	FZorvekMCPBridgeToolDefinition ToolRow(const TCHAR* Name, const TCHAR* Description, TArray<FZorvekMCPBridgeToolParameter> Parameters, FZorvekMCPBridgeToolHandler Handler = nullptr)
+	{
+		return {Name, Description, MoveTemp(Parameters), Handler, true};
+	}
+
+	// A name the dispatch chain answers but "tools/list" does not show.
+	FZorvekMCPBridgeToolDefinition UnlistedAlias(const TCHAR* Name, const FZorvekMCPBridgeToolDefinition& Target)
+	{
+		return {Name, Target.Description, Target.Parameters, Target.Handler, false};
+	}
+
+	const TCHAR* const BlueprintNameOrPathDescription = TEXT("Blueprint asset name, keyword, or full asset path.");
+	const TCHAR* const GraphNameToEditDescription = TEXT("Graph name to edit. Defaults to EventGraph.");
+	const TCHAR* const MaterialNameOrPathDescription = TEXT("Material asset name, keyword, or full asset path.");
+	const TCHAR* const ContentFolderPathDescription = TEXT("Content folder path, for example /Game/MyFolder.");
+	const TCHAR* const InterfaceNameOrPathDescription = TEXT("Blueprint Interface asset path/name or generated interface class path.");
+	const TCHAR* const EditorActorNameOrLabelDescription = TEXT("Actor name, label, or path from editor_read_level_actors/editor_place_actor.");
+	const TCHAR* const VessaExtensionIdDescription = TEXT("Extension id from Vessa discovery.");
+
+	// The nine flat transform arguments, in the wording of each tool.
+	TArray<FZorvekMCPBridgeToolParameter> PlacementTransformParameters()
+	{
+		return {
+			OptionalText(TEXT("LocationX"), TEXT("Optional actor X location. Defaults to 0.")),
+			OptionalText(TEXT("LocationY"), TEXT("Optional actor Y location. Defaults to 0.")),
+			OptionalText(TEXT("LocationZ"), TEXT("Optional actor Z location. Defaults to 0.")),
+			OptionalText(TEXT("RotationPitch"), TEXT("Optional actor pitch rotation. Defaults to 0.")),
+			OptionalText(TEXT("RotationYaw"), TEXT("Optional actor yaw rotation. Defaults to 0.")),
+			OptionalText(TEXT("RotationRoll"), TEXT("Optional actor roll rotation. Defaults to 0.")),
+			OptionalText(TEXT("ScaleX"), TEXT("Optional actor X scale. Defaults to 1.")),
+			OptionalText(TEXT("ScaleY"), TEXT("Optional actor Y scale. Defaults to 1.")),
+			OptionalText(TEXT("ScaleZ"), TEXT("Optional actor Z scale. Defaults to 1.")),
+		};
+	}
+
+	TArray<FZorvekMCPBridgeToolParameter> ActorTransformParameters()
+	{
+		return {
+			OptionalText(TEXT("LocationX"), TEXT("Optional actor X location.")),
+			OptionalText(TEXT("LocationY"), TEXT("Optional actor Y location.")),
+			OptionalText(TEXT("LocationZ"), TEXT("Optional actor Z location.")),
+			OptionalText(TEXT("RotationPitch"), TEXT("Optional actor pitch rotation.")),
+			OptionalText(TEXT("RotationYaw"), TEXT("Optional actor yaw rotation.")),
+			OptionalText(TEXT("RotationRoll"), TEXT("Optional actor roll rotation.")),
+			OptionalText(TEXT("ScaleX"), TEXT("Optional actor X scale.")),
+			OptionalText(TEXT("ScaleY"), TEXT("Optional actor Y scale.")),
+			OptionalText(TEXT("ScaleZ"), TEXT("Optional actor Z scale.")),
+		};
+	}
+
+	TArray<FZorvekMCPBridgeToolParameter> ComponentTransformParameters()
+	{
+		return {
+			OptionalText(TEXT("LocationX"), TEXT("Optional relative component X location.")),
+			OptionalText(TEXT("LocationY"), TEXT("Optional relative component Y location.")),
+			OptionalText(TEXT("LocationZ"), TEXT("Optional relative component Z location.")),
+			OptionalText(TEXT("RotationPitch"), TEXT("Optional relative component pitch rotation.")),
+			OptionalText(TEXT("RotationYaw"), TEXT("Optional relative component yaw rotation.")),
+			OptionalText(TEXT("RotationRoll"), TEXT("Optional relative component roll rotation.")),
+			OptionalText(TEXT("ScaleX"), TEXT("Optional relative component X scale.")),
+			OptionalText(TEXT("ScaleY"), TEXT("Optional relative component Y scale.")),
+			OptionalText(TEXT("ScaleZ"), TEXT("Optional relative component Z scale.")),
+		};
+	}
+
+	template <typename... ListTypes>
+	TArray<FZorvekMCPBridgeToolParameter> Concat(const ListTypes&... Lists)
+	{
+		TArray<FZorvekMCPBridgeToolParameter> Result;
+		(Result.Append(Lists), ...);
+		return Result;
+	}
+
+	TArray<FZorvekMCPBridgeToolDefinition> BuildToolTable()
+	{
+		using namespace ZorvekMCPBridgeDiscoveryTools;
+		const FZorvekMCPBridgeToolDefinition GetStatus = ToolRow(TEXT("unreal_get_status"), TEXT("Return Zorvek MCP Bridge and Unreal Editor status."), {}, &HandleGetStatus);
+
+		return {
+			// Discovery.
+			GetStatus,
+			UnlistedAlias(TEXT("vessa_get_status"), GetStatus),
+			ToolRow(TEXT("unreal_get_capabilities"), TEXT("Return the authoritative Zorvek MCP Bridge capability matrix and recommended discovery workflow."), {}, &HandleGetCapabilities),
+			ToolRow(TEXT("unreal_recommend_tools"), TEXT("Route a task to the most relevant Zorvek MCP tools and known unsupported boundaries without hiding the full tool surface."), {
+				RequiredText(TEXT("Task"), TEXT("Natural-language task or user request to route, for example create a Blueprint actor that changes a material parameter.")),
+				OptionalText(TEXT("Domain"), TEXT("Optional domain hint: blueprint, material, asset_inspection, project_search, onboarding, vessa, or broad.")),
+				OptionalText(TEXT("Intent"), TEXT("Optional intent hint: search, inspect, author, connect, compile, onboard, or unsupported_check.")),
+				OptionalText(TEXT("AssetType"), TEXT("Optional Unreal asset type hint, for example Blueprint, Material, StateTree, CameraRigAsset.")),
+			}, &HandleRecommendTools),
+
+			// Vessa extensions.
+			ToolRow(TEXT("vessa_list_extensions"), TEXT("List standalone Vessa extensions discovered by the Zorvek MCP Bridge."), {
+				OptionalText(TEXT("limit"), TEXT("Maximum extensions to return. Defaults to 100.")),
+			}),
+			ToolRow(TEXT("vessa_search_extensions"), TEXT("Search standalone Vessa extensions and capabilities."), {
+				RequiredText(TEXT("search"), TEXT("Search text matched against extension names, descriptions, actions, and queries.")),
+				OptionalText(TEXT("limit"), TEXT("Maximum matches to return. Defaults to 25.")),
+			}),
+			ToolRow(TEXT("vessa_get_extension_details"), TEXT("Return full metadata, actions, and queries for a standalone Vessa extension."), {
+				RequiredText(TEXT("extension_id"), TEXT("Extension id from vessa_list_extensions or vessa_search_extensions.")),
+			}),
+			ToolRow(TEXT("vessa_call_query"), TEXT("Execute a query on a standalone Vessa extension and return JSON results."), {
+				RequiredText(TEXT("extension_id"), VessaExtensionIdDescription),
+				RequiredText(TEXT("query_name"), TEXT("Query function name to execute.")),
+				OptionalObject(TEXT("parameters"), TEXT("Query parameters keyed by parameter name.")),
+			}),
+			ToolRow(TEXT("vessa_call_action"), TEXT("Execute an action on a standalone Vessa extension and return action status JSON."), {
+				RequiredText(TEXT("extension_id"), VessaExtensionIdDescription),
+				RequiredText(TEXT("action_name"), TEXT("Action function name to execute.")),
+				OptionalObject(TEXT("parameters"), TEXT("Action parameters keyed by parameter name.")),
+			}),
+
+			// Assets.
+			ToolRow(TEXT("unreal_resolve_asset"), TEXT("Resolve an asset name or partial path to candidate Unreal asset paths."), {
+				RequiredText(TEXT("name_or_path"), TEXT("Asset name, keyword, or full Unreal asset path.")),
+				OptionalText(TEXT("type"), TEXT("Asset type filter such as Blueprint, Material, Any. Defaults to Blueprint.")),
+				OptionalText(TEXT("limit"), TEXT("Maximum candidates to return. Defaults to 10.")),
+			}, &ZorvekMCPBridgeAssetTools::HandleResolveAsset),
+			ToolRow(TEXT("unreal_inspect_asset"), TEXT("Read-only inspection for any UObject asset: identity, class, package, editable/public properties, object references, and partial failures."), {
+				RequiredText(TEXT("AssetNameOrPath"), TEXT("Asset name, keyword, full package path, or full object path.")),
+				OptionalText(TEXT("Type"), TEXT("Optional asset type filter for name searches. Defaults to Any.")),
+				OptionalText(TEXT("PropertyLimit"), TEXT("Maximum inspectable properties to return. Defaults to 200. Use 0 for no explicit limit.")),
+			}, &ZorvekMCPBridgeAssetTools::HandleInspectAsset),
+
+			// Data Assets.
+			ToolRow(TEXT("data_asset_find_classes"), TEXT("Discover native and Blueprint-generated Data Asset / Primary Data Asset classes for real Data Asset instance authoring. Read-only; does not create Blueprint child classes."), {
+				OptionalText(TEXT("Query"), TEXT("Optional text matched against class names and class paths.")),
+				OptionalObject(TEXT("PackagePaths"), TEXT("Optional array of content folders searched for Blueprint-generated Data Asset classes. Defaults to [\"/Game\"].")),
+				OptionalText(TEXT("IncludeNative"), TEXT("Optional bool. Include native Data Asset classes. Defaults to true.")),
+				OptionalText(TEXT("IncludeBlueprint"), TEXT("Optional bool. Include Blueprint-generated Data Asset classes. Defaults to true.")),
+				OptionalText(TEXT("OnlyInstantiable"), TEXT("Optional bool. Skip abstract and deprecated classes. Defaults to true.")),
+				OptionalText(TEXT("Limit"), TEXT("Maximum classes to return. Defaults to 100.")),
+			}),
+			ToolRow(TEXT("data_asset_create"), TEXT("Create a real Data Asset UObject instance from an instantiable Data Asset class. This does not create a Blueprint Class child and does not set custom properties yet."), {
+				RequiredText(TEXT("ClassPath"), TEXT("Data Asset class path from data_asset_find_classes, such as /Script/Engine.PrimaryDataAsset or /Game/.../PDA_Ability.PDA_Ability_C.")),
+				RequiredText(TEXT("PackagePath"), TEXT("Destination package folder, for example /Game/Corvale/DataAssets.")),
+				RequiredText(TEXT("AssetName"), TEXT("New Data Asset name.")),
+				OptionalText(TEXT("Save"), TEXT("Optional bool. Save the new asset's package. Defaults to true.")),
+			}),
+			ToolRow(TEXT("data_asset_set_property"), TEXT("Set one editable reflected property on a real Data Asset instance and save it. Supports top-level fields and nested struct paths; array/map indexing is not supported yet."), {
+				RequiredText(TEXT("AssetNameOrPath"), TEXT("Data Asset name, keyword, full package path, or full object path.")),
+				RequiredText(TEXT("PropertyName"), TEXT("Editable property name to set. Supports top-level names and nested struct paths such as ItemSummary.Name.")),
+				RequiredText(TEXT("Value"), TEXT("JSON value to import into the reflected property. Array/map indexing is not supported yet.")),
+				OptionalText(TEXT("Save"), TEXT("Optional bool. Save the asset's package after the change. Defaults to true.")),
+			}),
+			ToolRow(TEXT("data_asset_create_batch"), TEXT("Create multiple real Data Asset instances and optionally populate supported top-level or nested struct properties. Stops on first failure unless ContinueOnError is true."), {
+				RequiredObject(TEXT("Items"), TEXT("Array of item objects. Each item requires AssetName and may include ClassPath, PackagePath, and Properties object keyed by property path.")),
+				OptionalText(TEXT("DefaultClassPath"), TEXT("Optional Data Asset class path for items without ClassPath.")),
+				OptionalText(TEXT("DefaultPackagePath"), TEXT("Optional destination package folder for items without PackagePath.")),
+				OptionalText(TEXT("Save"), TEXT("Optional bool. Save each created asset's package. Defaults to true.")),
+				OptionalText(TEXT("ContinueOnError"), TEXT("Optional bool. When true, go on with the next item after a failed one. Defaults to false.")),
+			}),
+
+			// Editor world.
+			ToolRow(TEXT("editor_get_world_status"), TEXT("Return current Unreal Editor world status, actor counts, selected actors, and editor placement guardrail state."), {}),
+			ToolRow(TEXT("editor_place_actor"), TEXT("Place a Blueprint or native actor into the current editor world with explicit opt-in and Zorvek repro tags."), Concat(
+				TArray<FZorvekMCPBridgeToolParameter>{
+					OptionalText(TEXT("BlueprintNameOrPath"), TEXT("Blueprint asset path/name to place. Use this for Blueprint actor assets.")),
+					OptionalText(TEXT("ActorClassPath"), TEXT("Native actor class path to place when BlueprintNameOrPath is empty.")),
+					OptionalText(TEXT("ActorLabel"), TEXT("Optional editor actor label. Defaults to asset/class name.")),
+					OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true for Slice 55 because placement mutates the current editor world.")),
+				},
+				PlacementTransformParameters())),
+			ToolRow(TEXT("editor_set_actor_transform"), TEXT("Set transform fields on an existing editor actor by name, label, or path and return updated bounds/readback."), Concat(
+				TArray<FZorvekMCPBridgeToolParameter>{RequiredText(TEXT("ActorNameOrLabel"), EditorActorNameOrLabelDescription)},
+				ActorTransformParameters())),
+			ToolRow(TEXT("editor_set_component_transform"), TEXT("Set relative transform fields on an editor actor component and return updated actor/component bounds for visual adjustment loops."), Concat(
+				TArray<FZorvekMCPBridgeToolParameter>{
+					RequiredText(TEXT("ActorNameOrLabel"), EditorActorNameOrLabelDescription),
+					RequiredText(TEXT("ComponentName"), TEXT("Actor component name to update, for example Canopy.")),
+				},
+				ComponentTransformParameters())),
+			ToolRow(TEXT("editor_read_level_actors"), TEXT("Read editor-world actors with labels, paths, classes, transforms, bounds, tags, and selection state."), {
+				OptionalText(TEXT("Filter"), TEXT("Optional substring filter matched against actor name, label, path, class, or tags.")),
+				OptionalText(TEXT("ReproOnly"), TEXT("Optional bool. When true, only actors tagged ZorvekRepro/ZorvekMCPBridge are returned.")),
+				OptionalText(TEXT("Limit"), TEXT("Maximum actors to return. Defaults to 100.")),
+			}),
+			ToolRow(TEXT("editor_select_actor"), TEXT("Select an editor actor by name, label, or path and return selected actor readback."), {
+				RequiredText(TEXT("ActorNameOrLabel"), TEXT("Actor name, label, or path to select.")),
+				OptionalText(TEXT("ClearSelection"), TEXT("Optional bool. Defaults to true.")),
+			}),
+			ToolRow(TEXT("editor_cleanup_repro_actors"), TEXT("Delete only Zorvek repro-tagged editor actors, optionally filtered, for deterministic cleanup after placement tests."), {
+				OptionalText(TEXT("Filter"), TEXT("Optional substring filter. Only repro-tagged actors matching this filter are deleted.")),
+				OptionalText(TEXT("DryRun"), TEXT("Optional bool. When true, report matching repro actors without deleting. Defaults to false.")),
+			}),
+			ToolRow(TEXT("editor_capture_viewport"), TEXT("Capture the active editor viewport to PNG and return screenshot path plus target actor/component bounds for visual QA."), {
+				OptionalText(TEXT("ActorNameOrLabel"), TEXT("Optional actor name, label, or path to focus/capture. Defaults to selected actors.")),
+				OptionalText(TEXT("Focus"), TEXT("Optional bool. When true, focuses the active editor viewport on target actors before capture. Defaults to true.")),
+				OptionalText(TEXT("FilenamePrefix"), TEXT("Optional PNG filename prefix. Defaults to ZorvekViewport.")),
+			}),
+
+			// Road, intersection and skyscraper generators.
+			ToolRow(TEXT("blueprint_create_road_actor"), TEXT("Create a road segment actor Blueprint from engine primitive meshes."), {}),
+			ToolRow(TEXT("blueprint_create_intersection_actor"), TEXT("Create a road intersection actor Blueprint from engine primitive meshes."), {}),
+			ToolRow(TEXT("blueprint_create_skyscraper_actor"), TEXT("Create a skyscraper actor Blueprint from engine primitive meshes."), {}),
+
+			// PCG.
+			ToolRow(TEXT("pcg_get_status"), TEXT("Return PCG plugin availability and the bridge's PCG capability summary."), {}),
+			ToolRow(TEXT("pcg_get_road_capabilities"), TEXT("Return the supported PCG road and city workflows and their known limits."), {}),
+			ToolRow(TEXT("pcg_create_spline_bounds_actor"), TEXT("Create a spline bounds actor that limits PCG road or forest generation."), {}),
+			ToolRow(TEXT("pcg_inspect_spline_bounds_actor"), TEXT("Read the points and bounds of a PCG spline bounds actor."), {}),
+			ToolRow(TEXT("pcg_set_spline_bounds_actor"), TEXT("Set the points of a PCG spline bounds actor."), {}),
+			ToolRow(TEXT("pcg_create_forest_repro"), TEXT("Create a minimal PCG forest graph asset for forest reproduction workflows."), {}),
+			ToolRow(TEXT("pcg_place_forest_actor"), TEXT("Place an actor with a PCG component running a forest graph into the current editor world."), {}),
+			ToolRow(TEXT("pcg_inspect_graph"), TEXT("Read the nodes, settings, and edges of a PCG graph asset."), {}),
+			ToolRow(TEXT("pcg_set_forest_bounds"), TEXT("Set the box bounds of a PCG forest actor."), {}),
+			ToolRow(TEXT("pcg_generate"), TEXT("Request generation of the PCG component on an editor-world forest actor and report the component's state."), {
+				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path whose PCG component should generate.")),
+			}),
+			ToolRow(TEXT("pcg_create_visual_repro_output"), TEXT("Create tagged stand-in tree actors that show a PCG forest actor's output in the editor world."), {}),
+			ToolRow(TEXT("pcg_inspect_generated"), TEXT("Report what an editor-world forest actor's PCG component and the bridge's visual output actors have produced."), {
+				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path whose PCG output should be inspected.")),
+			}),
+			ToolRow(TEXT("pcg_run_forest_recipe"), TEXT("Run the whole PCG forest workflow in one call: graph, actor, bounds, generation, and readback."), {}),
+			ToolRow(TEXT("pcg_run_road_recipe"), TEXT("Run a PCG straight road strip workflow in one call."), {}),
+			ToolRow(TEXT("pcg_run_spline_road_proof"), TEXT("Run a PCG road workflow bounded by a spline rectangle."), {}),
+			ToolRow(TEXT("pcg_run_city_layout_recipe"), TEXT("Run a PCG grid city layout workflow with roads, intersections, and skyscrapers."), {}),
+			ToolRow(TEXT("pcg_update_city_layout_recipe"), TEXT("Make a city layout from pcg_run_city_layout_recipe bigger or denser."), {}),
+			ToolRow(TEXT("pcg_update_forest_recipe"), TEXT("Adjust the size, density, or naturalness of a forest from pcg_run_forest_recipe."), {}),
+			ToolRow(TEXT("pcg_multiclass_spawn_proof"), TEXT("Show several actor classes spawned from one PCG forest setup."), {}),
+
+			// Fixture assets.
+			ToolRow(TEXT("unreal_create_mossbank_repro_assets"), TEXT("Create minimal dummy CameraAsset, CameraRigAsset, and StateTree assets for validating Mossbank H/G inspection readers."), {
+				OptionalText(TEXT("PackagePath"), TEXT("Content folder path for generated repro assets. Defaults to /Game/ZorvekRepro/MossbankHG.")),
+				OptionalText(TEXT("AssetPrefix"), TEXT("Prefix for generated asset names. Defaults to ZorvekHG.")),
+			}),
+			ToolRow(TEXT("unreal_create_material_repro_assets"), TEXT("Create minimal Material fixture assets for validating material inspection and authoring."), {}),
+
+			// Materials.
+			ToolRow(TEXT("material_create"), TEXT("Create a blank Material asset for minimal allowlisted material graph authoring."), {
+				RequiredText(TEXT("PackagePath"), TEXT("Content folder path, for example /Game/Materials.")),
+				RequiredText(TEXT("AssetName"), TEXT("New Material asset name.")),
+			}),
+			ToolRow(TEXT("material_find_expression_classes"), TEXT("Find canonical Material expression classes and report whether each is supported for current material authoring."), {
+				OptionalText(TEXT("Query"), TEXT("Optional class name, display name, or alias to match, for example lerp. Empty lists every class.")),
+				OptionalText(TEXT("SupportedOnly"), TEXT("Optional bool. When true, only classes material_add_expression supports are returned. Defaults to false.")),
+				OptionalText(TEXT("Limit"), TEXT("Maximum classes to return. Defaults to 50.")),
+			}),
+			ToolRow(TEXT("material_resolve_expression_class"), TEXT("Resolve a human material expression request to a canonical class with confidence and match reasons. Does not mutate materials."), {
+				RequiredText(TEXT("Query"), TEXT("Human expression request, for example lerp or Texture Coordinate.")),
+				OptionalText(TEXT("RequireSupported"), TEXT("Optional bool. When true, only classes material_add_expression supports are considered. Defaults to false.")),
+			}),
+			ToolRow(TEXT("material_add_expression"), TEXT("Add an allowlisted canonical material expression to a Material asset."), {
+				RequiredText(TEXT("MaterialNameOrPath"), MaterialNameOrPathDescription),
+				RequiredText(TEXT("ExpressionClass"), TEXT("Allowlisted canonical expression class, for example MaterialExpressionLinearInterpolate.")),
+				OptionalText(TEXT("NodeName"), TEXT("Optional object name for the new expression.")),
+				OptionalText(TEXT("ParameterName"), TEXT("Optional parameter name, for parameter expressions only.")),
+				OptionalText(TEXT("DefaultValue"), TEXT("Optional default value text, imported into DefaultValue (ConstExponent for Power).")),
+				OptionalText(TEXT("TexturePath"), TEXT("Optional Texture asset path for expressions with a Texture property.")),
+				OptionalText(TEXT("Description"), TEXT("Optional description bubble text for the expression.")),
+				OptionalObject(TEXT("PropertyValues"), TEXT("Optional reflected property values keyed by exact property name.")),
+				OptionalText(TEXT("NodePosX"), TEXT("Optional expression X position. Defaults to 0.")),
+				OptionalText(TEXT("NodePosY"), TEXT("Optional expression Y position. Defaults to 0.")),
+			}),
+			ToolRow(TEXT("material_set_expression_property"), TEXT("Set a reflected property on an existing material expression by stable node GUID. Supports small safe aliases such as Power Exponent to ConstExponent."), {
+				RequiredText(TEXT("MaterialNameOrPath"), MaterialNameOrPathDescription),
+				RequiredText(TEXT("NodeGuid"), TEXT("Expression node_guid from material_add_expression or the material readback.")),
+				RequiredText(TEXT("PropertyName"), TEXT("Reflected property name to set, for example ConstExponent. Exponent is accepted for Power.")),
+				RequiredText(TEXT("Value"), TEXT("Value to import as property text. Numbers and bools are accepted as well.")),
+			}),
+			ToolRow(TEXT("material_connect_expressions"), TEXT("Connect one material expression output to another expression input by stable GUID and exact input name."), {
+				RequiredText(TEXT("MaterialNameOrPath"), MaterialNameOrPathDescription),
+				RequiredText(TEXT("SourceNodeGuid"), TEXT("Source expression node_guid.")),
+				RequiredText(TEXT("TargetNodeGuid"), TEXT("Target expression node_guid.")),
+				RequiredText(TEXT("TargetInputName"), TEXT("Exact input name on the target expression, for example A, B, or Alpha.")),
+				OptionalText(TEXT("SourceOutputIndex"), TEXT("Source expression output index. Defaults to 0.")),
+			}),
+			ToolRow(TEXT("material_connect_root"), TEXT("Connect an expression output to an allowlisted Material root input."), {
+				RequiredText(TEXT("MaterialNameOrPath"), MaterialNameOrPathDescription),
+				RequiredText(TEXT("SourceNodeGuid"), TEXT("Source expression node_guid.")),
+				RequiredText(TEXT("RootInputName"), TEXT("Material root input: BaseColor, Roughness, EmissiveColor, Normal, Metallic, Specular, or Opacity.")),
+				OptionalText(TEXT("SourceOutputIndex"), TEXT("Source expression output index. Defaults to 0.")),
+			}),
+			ToolRow(TEXT("material_update"), TEXT("Apply editor update/dirty behavior to a Material and return specialized material readback."), {
+				RequiredText(TEXT("MaterialNameOrPath"), MaterialNameOrPathDescription),
+			}),
+
+			// Blueprints.
+			ToolRow(TEXT("blueprint_create"), TEXT("Create a Blueprint asset from a native Unreal parent class."), {
+				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
+				RequiredText(TEXT("AssetName"), TEXT("New Blueprint asset name.")),
+				OptionalText(TEXT("ParentClassPath"), TEXT("Parent class path, for example /Script/Engine.Actor or /Script/Engine.Character.")),
+			}),
+			ToolRow(TEXT("blueprint_create_primitive_actor"), TEXT("Create an actor Blueprint built from engine primitive meshes, for example a dummy tree from a cylinder and a sphere."), {}),
+			ToolRow(TEXT("blueprint_create_interface"), TEXT("Create a Blueprint Interface asset for interface implementation tests and workflows."), {
+				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
+				RequiredText(TEXT("AssetName"), TEXT("New Blueprint Interface asset name.")),
+			}),
+			ToolRow(TEXT("blueprint_add_variable"), TEXT("Add a member variable to a Blueprint using native Unreal editor APIs."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				RequiredText(TEXT("VarName"), TEXT("Variable name to add.")),
+				RequiredText(TEXT("Type"), TEXT("Variable type: bool, int, float, string, name, text, vector, rotator, transform, object, class, or arrays like float[] / array<float>.")),
+				OptionalText(TEXT("ObjectClassPath"), TEXT("Optional class path for object/class variables, for example /Script/Engine.Actor. Defaults to Actor.")),
+				OptionalText(TEXT("DefaultValue"), TEXT("Optional default value string.")),
+				OptionalText(TEXT("Category"), TEXT("Optional variable category.")),
+			}),
+			ToolRow(TEXT("blueprint_add_component"), TEXT("Add a component to a Blueprint's SimpleConstructionScript."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				RequiredText(TEXT("ComponentName"), TEXT("Component variable name.")),
+				RequiredText(TEXT("ComponentClassPath"), TEXT("Component class name/path, for example SpringArmComponent, CameraComponent, /Script/Engine.CameraComponent.")),
+				OptionalText(TEXT("ParentComponentName"), TEXT("Optional parent component name.")),
+				OptionalObject(TEXT("Properties"), TEXT("Optional property values keyed by property name.")),
+				OptionalText(TEXT("PrimitiveShape"), TEXT("Optional built-in primitive mesh shape for StaticMeshComponent: Cube, Sphere, Cylinder, Cone, or Plane.")),
+				OptionalText(TEXT("StaticMeshPath"), TEXT("Optional StaticMesh asset package/object path to assign to StaticMeshComponent.")),
+				OptionalText(TEXT("MaterialPath"), TEXT("Optional Material or MaterialInstance asset package/object path to assign to mesh slot 0.")),
+			}),
+			ToolRow(TEXT("blueprint_add_component_motion"), TEXT("Add simple motion, such as rotation or bobbing, to a component of a Blueprint."), {}),
+			ToolRow(TEXT("blueprint_add_dynamic_material_parameter_update"), TEXT("Add Blueprint nodes that create a dynamic material instance and update one of its parameters."), {}),
+			ToolRow(TEXT("blueprint_create_function"), TEXT("Create a Blueprint function graph with optional typed inputs and outputs."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				RequiredText(TEXT("FunctionName"), TEXT("Function name to create.")),
+				OptionalObject(TEXT("Inputs"), TEXT("Optional array of input descriptors with Name, Type, and optional ObjectClassPath.")),
+				OptionalObject(TEXT("Outputs"), TEXT("Optional array of output descriptors with Name, Type, and optional ObjectClassPath.")),
+			}),
+			ToolRow(TEXT("blueprint_create_event_graph"), TEXT("Create an additional Blueprint event graph page with an exact graph name."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				RequiredText(TEXT("GraphName"), TEXT("Additional event graph name to create.")),
+			}),
+			ToolRow(TEXT("blueprint_implement_interface"), TEXT("Add a Blueprint Interface to a Blueprint using native Unreal editor APIs."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				RequiredText(TEXT("InterfaceNameOrPath"), InterfaceNameOrPathDescription),
+			}),
+			ToolRow(TEXT("blueprint_add_interface_event"), TEXT("Add a Blueprint Interface implementation event node to a graph."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
+				RequiredText(TEXT("InterfaceNameOrPath"), InterfaceNameOrPathDescription),
+				RequiredText(TEXT("FunctionName"), TEXT("Interface function/event name to implement as an event node.")),
+				OptionalText(TEXT("NodePosX"), TEXT("Node X position. Defaults to 0.")),
+				OptionalText(TEXT("NodePosY"), TEXT("Node Y position. Defaults to 0.")),
+			}),
+			ToolRow(TEXT("blueprint_add_custom_event"), TEXT("Add a custom event node with optional typed parameters using native Unreal editor APIs."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
+				RequiredText(TEXT("EventName"), TEXT("Custom event name to create.")),
+				OptionalObject(TEXT("Parameters"), TEXT("Optional array of output parameter descriptors with Name, Type, and optional ObjectClassPath.")),
+			}),
+			ToolRow(TEXT("blueprint_add_comment"), TEXT("Add a Blueprint graph comment box with explicit bounds."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
+				RequiredText(TEXT("CommentText"), TEXT("Comment text to display.")),
+				OptionalText(TEXT("NodePosX"), TEXT("Comment box X position. Defaults to 0.")),
+				OptionalText(TEXT("NodePosY"), TEXT("Comment box Y position. Defaults to 0.")),
+				OptionalText(TEXT("Width"), TEXT("Comment box width. Defaults to 400.")),
+				OptionalText(TEXT("Height"), TEXT("Comment box height. Defaults to 220.")),
+				OptionalText(TEXT("FontSize"), TEXT("Optional comment font size. Defaults to Unreal's comment-node default.")),
+			}),
+			ToolRow(TEXT("blueprint_read_graph"), TEXT("Resolve a Blueprint and read graph data using native Unreal graph APIs."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				OptionalText(TEXT("GraphName"), TEXT("Graph name to read, for example EventGraph.")),
+				OptionalText(TEXT("Limit"), TEXT("Maximum lines to return. Defaults to 1000.")),
+			}),
+			ToolRow(TEXT("blueprint_search_project"), TEXT("Search the project's Blueprints for names, nodes, comments, and examples before reading graphs."), {}),
+			ToolRow(TEXT("blueprint_compile"), TEXT("Compile a Blueprint and return structured compiler warnings, errors, and status."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+			}),
+			ToolRow(TEXT("blueprint_find_node_spawners"), TEXT("Search the native Blueprint node spawner catalogue for spawner ids."), {}),
+			ToolRow(TEXT("blueprint_resolve_node_spawner"), TEXT("Resolve a human node request to one canonical Blueprint node spawner id."), {}),
+			ToolRow(TEXT("blueprint_add_node"), TEXT("Add a Blueprint node using an existing native spawner id."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
+				RequiredText(TEXT("SpawnerId"), TEXT("Spawner id from blueprint_find_node_spawners.")),
+				OptionalText(TEXT("NodeName"), TEXT("Optional alias/name for the new node.")),
+				OptionalText(TEXT("NodePosX"), TEXT("Optional X position for the new node.")),
+				OptionalText(TEXT("NodePosY"), TEXT("Optional Y position for the new node.")),
+				OptionalObject(TEXT("PinDefaults"), TEXT("Optional pin default values keyed by pin name.")),
+			}),
+			ToolRow(TEXT("blueprint_set_node_position"), TEXT("Move an existing Blueprint graph node by GUID."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
+				RequiredText(TEXT("NodeGuid"), TEXT("Node GUID to move.")),
+				RequiredText(TEXT("NodePosX"), TEXT("New X position.")),
+				RequiredText(TEXT("NodePosY"), TEXT("New Y position.")),
+			}),
+			ToolRow(TEXT("blueprint_connect_nodes"), TEXT("Connect two Blueprint nodes by GUID and pin name."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
+				RequiredText(TEXT("SourceNodeGuid"), TEXT("Source node GUID.")),
+				RequiredText(TEXT("SourcePinName"), TEXT("Source output pin name.")),
+				RequiredText(TEXT("TargetNodeGuid"), TEXT("Target node GUID.")),
+				RequiredText(TEXT("TargetPinName"), TEXT("Target input pin name.")),
+			}),
+			ToolRow(TEXT("blueprint_add_node_by_search_and_connect"), TEXT("Find a node spawner by search, add the node, and connect it in one call."), {}),
+			ToolRow(TEXT("blueprint_run_recipe"), TEXT("Run a deterministic sequence of supported Blueprint-writing tool calls with per-step results and reference substitution."), {
+				OptionalText(TEXT("RecipeName"), TEXT("Optional recipe name for reporting.")),
+				RequiredObject(TEXT("Steps"), TEXT("Array of step objects with Id, ToolName, and Arguments. Later string arguments can reference prior structured results as $StepId.path.to.field.")),
+			}),
+		};
+	}
+}
 
 const TArray<FZorvekMCPBridgeToolDefinition>& ZorvekMCPBridgeTools::GetToolTable()
 {
-	static const TArray<FZorvekMCPBridgeToolDefinition> Table;
+	static const TArray<FZorvekMCPBridgeToolDefinition> Table = BuildToolTable();
 	return Table;
 }

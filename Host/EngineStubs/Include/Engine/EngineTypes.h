@@ -1,0 +1,18 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "UObject/ObjectMacros.h"
+
+UENUM(BlueprintType)
+enum EBlendMode : int
+{
+	BLEND_Opaque,
+	BLEND_Masked,
+	BLEND_Translucent,
+	BLEND_Additive,
+	BLEND_Modulate,
+	BLEND_AlphaComposite,
+	BLEND_AlphaHoldout,
+	BLEND_TranslucentColoredTransmittance,
+	BLEND_MAX
+};

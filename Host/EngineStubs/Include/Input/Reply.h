@@ -1,0 +1,11 @@
+#pragma once
+
+#include "CoreMinimal.h"
+
+class FReply
+{
+public:
+	static FReply Handled();
+	static FReply Unhandled();
+	bool IsEventHandled() const;
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "CoreMinimal.h"
+
+enum EHorizontalAlignment : int
+{
+	HAlign_Fill = 0,
+	HAlign_Left = 1,
+	HAlign_Center = 2,
+	HAlign_Right = 3,
+};
+
+enum EVerticalAlignment : int
+{
+	VAlign_Fill = 0,
+	VAlign_Top = 1,
+	VAlign_Center = 2,
+	VAlign_Bottom = 3,
+};
+
+namespace ESelectInfo
+{
+	enum Type : int
+	{
+		OnKeyPress,
+		OnNavigation,
+		OnMouseClick,
+		Direct
+	};
+}

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "Misc/FeedbackContext.h"
+#include "UObject/Class.h"
+#include "UObject/Field.h"
+#include "UObject/ObjectMacros.h"
+#include "UObject/ObjectPtr.h"
+
+class FOutputDevice;
+class UObject;
+class UScriptStruct;
+
+class FProperty : public FField
+{
+public:
+	int32 ArrayDim;
+
+	int32 GetElementSize() const;
+	int32 GetSize() const;
+	EPropertyFlags GetPropertyFlags() const;
+	bool HasAnyPropertyFlags(uint64 FlagsToCheck) const;
+	bool HasAllPropertyFlags(uint64 FlagsToCheck) const;
+	virtual FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const;
+
+	template <typename ValueType>
+	ValueType* ContainerPtrToValuePtr(void* ContainerPtr, int32 ArrayIndex = 0) const;
+	template <typename ValueType>
+	const ValueType* ContainerPtrToValuePtr(const void* ContainerPtr, int32 ArrayIndex = 0) const;
+	template <typename ValueType>
+	ValueType* ContainerPtrToValuePtr(UObject* ContainerPtr, int32 ArrayIndex = 0) const;
+	template <typename ValueType>
+	const ValueType* ContainerPtrToValuePtr(const UObject* ContainerPtr, int32 ArrayIndex = 0) const;
+
+	void ExportTextItem_Direct(FString& ValueStr, const void* PropertyValue, const void* DefaultValue, UObject* Parent, int32 PortFlags, UObject* ExportRootScope = nullptr) const;
+	bool ExportText_Direct(FString& ValueStr, const void* Data, const void* Delta, UObject* Parent, int32 PortFlags, UObject* ExportRootScope = nullptr) const;
+	bool ExportText_InContainer(int32 Index, FString& ValueStr, const void* Data, const void* Delta, UObject* Parent, int32 PortFlags, UObject* ExportRootScope = nullptr) const;
+	const TCHAR* ImportText_Direct(const TCHAR* Buffer, void* PropertyPtr, UObject* OwnerObject, int32 PortFlags, FOutputDevice* ErrorText = (FOutputDevice*)GWarn) const;
+	const TCHAR* ImportText_InContainer(const TCHAR* Buffer, void* Container, UObject* OwnerObject, int32 PortFlags, FOutputDevice* ErrorText = (FOutputDevice*)GWarn) const;
+};
+
+class FObjectPropertyBase : public FProperty
+{
+public:
+	TObjectPtr<UClass> PropertyClass;
+	UObject* GetObjectPropertyValue(const void* PropertyValueAddress) const;
+	UObject* GetObjectPropertyValue_InContainer(const void* ContainerAddress, int32 ArrayIndex = 0) const;
+};
+
+class FObjectProperty : public FObjectPropertyBase
+{
+};
+
+class FStructProperty : public FProperty
+{
+public:
+	TObjectPtr<UScriptStruct> Struct;
+};
+
+class FArrayProperty : public FProperty
+{
+public:
+	FProperty* Inner;
+};
+
+// Walks the properties of a struct or class, its own first, then its super struct's.
+enum class EFieldIterationFlags : uint8
+{
+	None = 0,
+	IncludeSuper = 1 << 0,
+	IncludeDeprecated = 1 << 1,
+	IncludeInterfaces = 1 << 2,
+	IncludeAll = IncludeSuper | IncludeDeprecated | IncludeInterfaces,
+	Default = IncludeSuper | IncludeDeprecated,
+};
+
+template <class FieldType>
+class TFieldIterator
+{
+public:
+	TFieldIterator(const UStruct* InStruct, EFieldIterationFlags InIterationFlags = EFieldIterationFlags::Default);
+	explicit operator bool() const;
+	void operator++();
+	FieldType* operator*() const;
+	FieldType* operator->() const;
+};
+
+template <typename FieldType>
+FieldType* FindFProperty(const UStruct* Owner, FName FieldName);
+
+// Element access of a dynamic array value (the pointer is the array itself, already offset).
+class FScriptArrayHelper
+{
+public:
+	FScriptArrayHelper(const FArrayProperty* InProperty, const void* InArray);
+	int32 Num() const;
+	bool IsValidIndex(int32 Index) const;
+	uint8* GetRawPtr(int32 Index = 0);
+};

@@ -1,0 +1,228 @@
+// The simulated editor: an in-memory project with the engine's object model as far as the tools
+// depend on it - packages and objects with path names, classes with super classes and flags,
+// reflected properties with flags and native type texts, struct and array values, object
+// references, the engine's text forms for export and import, and an asset registry in a fixed
+// order. It backs the headless host and is the test double of every tool.
+#pragma once
+
+#include "CoreMinimal.h"
+#include "EditorPort/ZorvekMCPBridgeAssetRegistryPort.h"
+#include "EditorPort/ZorvekMCPBridgeMaterialPort.h"
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+class FSimulatedObject;
+class FSimulatedType;
+
+enum class ESimulatedPropertyType : uint8
+{
+	Bool,
+	Byte,
+	Int,
+	Int64,
+	UInt16,
+	Float,
+	Double,
+	String,
+	Name,
+	Text,
+	// A uint8 property with an enum (TEnumAsByte<...>).
+	ByteEnum,
+	// An enum class property.
+	Enum,
+	Struct,
+	Object,
+	SoftObject,
+	Class,
+	Array
+};
+
+struct FSimulatedProperty
+{
+	FString Name;
+	ESimulatedPropertyType Type = ESimulatedPropertyType::Int;
+	uint64 Flags = 0;
+	// The enum, the struct, the class an object property references, or a class property's meta
+	// class.
+	FSimulatedType* TypeObject = nullptr;
+	std::shared_ptr<FSimulatedProperty> Inner;
+	// False models a property the engine refuses to export (ExportText returns false).
+	bool bExportable = true;
+};
+
+// One value of a property. Which members count depends on the property type: Bool; Integer for
+// integers and enums; Real for floats; Text for strings, names, texts and unresolved soft paths;
+// Object for references; Items for struct fields (in the struct's field order) and array elements.
+struct FSimulatedValue
+{
+	bool Bool = false;
+	int64 Integer = 0;
+	double Real = 0.0;
+	FString Text;
+	FSimulatedObject* Object = nullptr;
+	std::vector<FSimulatedValue> Items;
+};
+
+// What the material editor knows about an expression class beyond its properties.
+struct FSimulatedExpressionClassInfo
+{
+	// Caption lines as GetCaption gives them; "{Property}" is replaced by that property's export text.
+	TArray<FString> CaptionLines;
+	TArray<FZorvekMCPBridgeMaterialOutputSnapshot> Outputs;
+	bool bParameter = false;
+};
+
+class FSimulatedObject
+{
+public:
+	virtual ~FSimulatedObject() = default;
+
+	FString Name;
+	FSimulatedType* Class = nullptr;
+	// Null for packages.
+	FSimulatedObject* Outer = nullptr;
+	// One per entry of the class's property list.
+	std::vector<FSimulatedValue> Values;
+	// False models an asset whose package fails to load.
+	bool bLoadable = true;
+
+	// The engine's path name: "Package.Asset", "Package.Asset:Sub", "Package.Asset:Sub.Inner".
+	FString GetPathName() const;
+	const FSimulatedObject* GetOutermost() const;
+	bool IsPackage() const { return Outer == nullptr; }
+};
+
+enum class ESimulatedTypeKind : uint8
+{
+	Class,
+	Struct,
+	Enum
+};
+
+// Structs whose text form is not the generic "(Field=Value,...)".
+enum class ESimulatedStructTextForm : uint8
+{
+	Fields,
+	// FGuid: 32 hexadecimal digits.
+	Guid,
+	// Kept and exported as the text it was given (instanced structs and the like).
+	Verbatim
+};
+
+class FSimulatedType : public FSimulatedObject
+{
+public:
+	ESimulatedTypeKind Kind = ESimulatedTypeKind::Class;
+	FSimulatedType* Super = nullptr;
+	uint32 ClassFlags = 0;
+	// Declared by this type, in declaration order.
+	std::vector<std::shared_ptr<FSimulatedProperty>> OwnProperties;
+	// The engine's field order: own properties first, then the super type's.
+	std::vector<const FSimulatedProperty*> AllProperties;
+	ESimulatedStructTextForm StructTextForm = ESimulatedStructTextForm::Fields;
+	// Enums: enumerator names as authored (EBlendMode: BLEND_Opaque; enum classes: State) and
+	// their values.
+	TArray<FString> EnumNames;
+	TArray<int64> EnumValues;
+	bool bEnumClass = false;
+	std::shared_ptr<FSimulatedExpressionClassInfo> ExpressionInfo;
+
+	bool IsChildOf(const FSimulatedType* Base) const;
+	int32 FindPropertyIndex(const FString& PropertyName) const;
+	// The C++ prefix of the type: U, A, F or E.
+	const TCHAR* GetPrefixCpp() const;
+	// Rebuilds AllProperties; call after properties or the super type change.
+	void RebuildPropertyList();
+};
+
+class FSimulatedEditor
+{
+public:
+	FSimulatedEditor();
+	~FSimulatedEditor();
+	FSimulatedEditor(const FSimulatedEditor&) = delete;
+	FSimulatedEditor& operator=(const FSimulatedEditor&) = delete;
+
+	// Loads a project fixture (see SampleProject/README.md for the format); relative "include"
+	// files are read from the fixture's folder. On failure OutError names the file and the entry.
+	bool LoadProjectFile(const FString& FilePath, FString& OutError);
+	bool LoadProjectJson(const FString& JsonText, const FString& BaseDirectory, FString& OutError);
+	const FString& GetProjectName() const { return ProjectName; }
+
+	// Building the model.
+	FSimulatedType* AddClass(const FString& Path, const FString& SuperPath, uint32 ClassFlags, FString& OutError);
+	FSimulatedType* AddStruct(const FString& Path, const FString& SuperPath, FString& OutError);
+	FSimulatedType* AddEnum(const FString& Path, const TArray<FString>& Names, bool bEnumClass, FString& OutError);
+	// Type texts: bool, uint8, int32, int64, uint16, float, double, FString, FName, FText,
+	// enum:<path>, struct:<path>, object:<class path>, softobject:<class path>, class:<meta class
+	// path>, array:<type text>.
+	FSimulatedProperty* AddProperty(FSimulatedType* Owner, const FString& Name, const FString& TypeText, uint64 Flags, FString& OutError);
+	FSimulatedObject* FindOrCreatePackage(const FString& PackageName);
+	// A new object with default values; Name must be unique within Outer.
+	FSimulatedObject* CreateObject(FSimulatedType* Class, FSimulatedObject* Outer, const FString& Name, FString& OutError);
+	// Imports text into a top-level property, as the engine's ImportText does.
+	bool SetPropertyText(FSimulatedObject* Object, const FString& PropertyName, const FString& Text, FString& OutError);
+	// Adds the asset to the registry, with the given tags and the values of its registry-searchable
+	// properties.
+	void RegisterAsset(FSimulatedObject* Asset, const TArray<FZorvekMCPBridgeAssetTag>& ExtraTags);
+	// Adds a registry entry as it stands (for assets the registry knows but memory does not).
+	void AddRegistryEntry(const FZorvekMCPBridgeAssetData& Entry);
+
+	// Queries.
+	FSimulatedObject* FindObject(const FString& ObjectPath) const;
+	FSimulatedType* FindTypeByPath(const FString& Path) const;
+	// By path, or by short name when the text holds no "/", native types first.
+	FSimulatedType* FindType(ESimulatedTypeKind Kind, const FString& PathOrShortName) const;
+	const std::vector<FZorvekMCPBridgeAssetData>& GetRegistry() const { return Registry; }
+	TArray<const FZorvekMCPBridgeAssetData*> FindRegistryEntries(const FString& PackageName) const;
+	int32 GetObjectCount() const { return (int32)Objects.size(); }
+
+	// Text forms. Delimited is the form inside structs and arrays (strings and paths quoted).
+	FString GetCppType(const FSimulatedProperty& Property) const;
+	bool ExportValueText(const FSimulatedProperty& Property, const FSimulatedValue& Value, bool bDelimited, FString& OutText) const;
+	// Parses Text into a copy and assigns it only when the whole value parsed.
+	bool ImportValueText(const FSimulatedProperty& Property, FSimulatedValue& Value, const FString& Text, FString& OutError) const;
+	FSimulatedValue MakeDefaultValue(const FSimulatedProperty& Property) const;
+
+	// The core classes every object model needs.
+	FSimulatedType* GetObjectClass() const { return ObjectClass; }
+	FSimulatedType* GetClassClass() const { return ClassClass; }
+
+private:
+	friend class FSimulatedProjectLoader;
+	friend class FSimulatedTextParser;
+
+	FSimulatedType* AddType(ESimulatedTypeKind Kind, const FString& Path, FSimulatedType* MetaClass, FString& OutError);
+	bool FindSuperType(ESimulatedTypeKind Kind, const FString& SuperPath, const FString& Path, FSimulatedType*& OutSuper, FString& OutError) const;
+	void IndexObject(FSimulatedObject* Object);
+	FString MakeRegistryTagValue(const FSimulatedProperty& Property, const FSimulatedValue& Value) const;
+
+	static std::u16string MakeKey(const FString& Text);
+
+	std::vector<std::unique_ptr<FSimulatedObject>> Objects;
+	std::unordered_map<std::u16string, FSimulatedObject*> ObjectsByPath;
+	std::unordered_multimap<std::u16string, FSimulatedType*> TypesByShortName;
+	std::vector<FZorvekMCPBridgeAssetData> Registry;
+	std::unordered_multimap<std::u16string, size_t> RegistryByPackage;
+	FString ProjectName;
+
+	FSimulatedType* ObjectClass = nullptr;
+	FSimulatedType* ClassClass = nullptr;
+	FSimulatedType* ScriptStructClass = nullptr;
+	FSimulatedType* EnumClass = nullptr;
+	FSimulatedType* PackageClass = nullptr;
+	FSimulatedType* BlueprintGeneratedClassClass = nullptr;
+};
+
+// The fixture the host serves unless --project names another.
+FString GetSimulatedSampleProjectFile();
+
+// The value of one hexadecimal digit, or -1.
+inline int32 GetHexDigitValue(TCHAR Digit)
+{
+	const TCHAR Lower = FChar::ToLower(Digit);
+	return FChar::IsDigit(Lower) ? Lower - TEXT('0') : (Lower >= TEXT('a') && Lower <= TEXT('f') ? Lower - TEXT('a') + 10 : -1);
+}

@@ -1,0 +1,44 @@
+// The editor port over the simulated editor: what zorvek-bridge-host serves and what the tests
+// drive the tools with.
+#pragma once
+
+#include "CoreMinimal.h"
+#include "EditorPort/ZorvekMCPBridgeEditorPort.h"
+#include "SimulatedEditor.h"
+
+class FSimulatedEditorPort : public IZorvekMCPBridgeEditorPort
+{
+public:
+	explicit FSimulatedEditorPort(const TSharedPtr<FSimulatedEditor>& InEditor);
+	~FSimulatedEditorPort() override;
+
+	FString GetEditorDescription() const override;
+	bool IsSimulated() const override { return true; }
+	IZorvekMCPBridgeAssetRegistry& GetAssetRegistry() override;
+	IZorvekMCPBridgeObjects& GetObjects() override;
+	IZorvekMCPBridgeReflection& GetReflection() override;
+	IZorvekMCPBridgeMaterials& GetMaterials() override;
+
+	FSimulatedEditor& GetEditor() const { return *Editor; }
+
+	// Handles and simulated objects, for tests that build their own fixtures.
+	static FZorvekMCPBridgeObjectHandle ToHandle(const FSimulatedObject* Object);
+	static FSimulatedObject* ToObject(FZorvekMCPBridgeObjectHandle Handle);
+
+private:
+	class FAssetRegistry;
+	class FObjects;
+	class FReflection;
+	class FMaterials;
+
+	TSharedPtr<FSimulatedEditor> Editor;
+	TUniquePtr<FAssetRegistry> AssetRegistry;
+	TUniquePtr<FObjects> Objects;
+	TUniquePtr<FReflection> Reflection;
+	TUniquePtr<FMaterials> Materials;
+};
+
+// The host's choice of project: loads the fixture at FilePath (the sample project when empty)
+// and keeps it as the project that CreateZorvekMCPBridgeEditorPort serves. False, with the
+// reason, when the fixture does not load.
+bool SelectSimulatedEditorProject(const FString& FilePath, FString& OutError);

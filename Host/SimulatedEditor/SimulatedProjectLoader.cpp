@@ -1,0 +1,488 @@
+// Reads a project fixture into the simulated editor. The format is described in
+// SampleProject/README.md. Loading runs in phases so that entries may refer to each other in any
+// order within the fixture: types, then their properties, then objects, then values, then the
+// registry.
+#include "SimulatedEditor.h"
+
+#include "Dom/JsonValue.h"
+#include "EditorPort/ZorvekMCPBridgeReflectionPort.h"
+#include "Serialization/JsonReader.h"
+#include "Serialization/JsonSerializer.h"
+
+#include <fstream>
+#include <sstream>
+
+namespace
+{
+	struct FFlagWord
+	{
+		const TCHAR* Word;
+		uint64 Flags;
+	};
+
+	// UPROPERTY specifiers with the flags they set, and the raw flags as CPF_ words.
+	const FFlagWord PropertyFlagWords[] = {
+		{TEXT("EditAnywhere"), 0x1},
+		{TEXT("EditDefaultsOnly"), 0x1 | 0x10000},
+		{TEXT("EditInstanceOnly"), 0x1 | 0x800},
+		{TEXT("VisibleAnywhere"), 0x1 | 0x20000},
+		{TEXT("VisibleDefaultsOnly"), 0x1 | 0x20000 | 0x10000},
+		{TEXT("BlueprintReadWrite"), 0x4},
+		{TEXT("BlueprintReadOnly"), 0x4 | 0x10},
+		{TEXT("AssetRegistrySearchable"), ZorvekMCPBridgePropertyFlags::AssetRegistrySearchable},
+		{TEXT("Transient"), ZorvekMCPBridgePropertyFlags::Transient},
+		{TEXT("Instanced"), 0x80000 | 0x8},
+		{TEXT("Config"), 0x4000},
+		{TEXT("CPF_Edit"), ZorvekMCPBridgePropertyFlags::Edit},
+		{TEXT("CPF_BlueprintVisible"), ZorvekMCPBridgePropertyFlags::BlueprintVisible},
+		{TEXT("CPF_BlueprintReadOnly"), ZorvekMCPBridgePropertyFlags::BlueprintReadOnly},
+		{TEXT("CPF_Transient"), ZorvekMCPBridgePropertyFlags::Transient},
+		{TEXT("CPF_DisableEditOnInstance"), ZorvekMCPBridgePropertyFlags::DisableEditOnInstance},
+		{TEXT("CPF_Deprecated"), ZorvekMCPBridgePropertyFlags::Deprecated},
+		{TEXT("CPF_AssetRegistrySearchable"), ZorvekMCPBridgePropertyFlags::AssetRegistrySearchable},
+		{TEXT("CPF_EditConst"), 0x20000},
+		{TEXT("CPF_EditorOnly"), 0x800000000ull},
+		{TEXT("CPF_Protected"), 0x80000000000ull}};
+
+	const FFlagWord ClassFlagWords[] = {
+		{TEXT("Abstract"), ZorvekMCPBridgeClassFlags::Abstract},
+		{TEXT("Transient"), 0x8},
+		{TEXT("EditInlineNew"), 0x1000},
+		{TEXT("Interface"), ZorvekMCPBridgeClassFlags::Interface},
+		{TEXT("DefaultToInstanced"), 0x200000},
+		{TEXT("Deprecated"), ZorvekMCPBridgeClassFlags::Deprecated},
+		{TEXT("NewerVersionExists"), ZorvekMCPBridgeClassFlags::NewerVersionExists}};
+
+	bool ReadFileText(const FString& FilePath, FString& OutText)
+	{
+		std::ifstream File(UECompatToUtf8(FilePath), std::ios::binary);
+		if (!File)
+		{
+			return false;
+		}
+		std::stringstream Content;
+		Content << File.rdbuf();
+		OutText = UECompatFromUtf8(Content.str());
+		return true;
+	}
+
+	FString GetDirectory(const FString& FilePath)
+	{
+		int32 SlashIndex = INDEX_NONE;
+		return FilePath.FindLastChar(TEXT('/'), SlashIndex) ? FilePath.Left(SlashIndex) : FString(TEXT("."));
+	}
+
+	const TArray<TSharedPtr<FJsonValue>>& GetArray(const TSharedPtr<FJsonObject>& Object, const TCHAR* Key)
+	{
+		static const TArray<TSharedPtr<FJsonValue>> Empty;
+		const TArray<TSharedPtr<FJsonValue>>* Values = nullptr;
+		return Object.IsValid() && Object->TryGetArrayField(Key, Values) ? *Values : Empty;
+	}
+
+	FString GetString(const TSharedPtr<FJsonObject>& Object, const TCHAR* Key)
+	{
+		FString Value;
+		if (Object.IsValid())
+		{
+			Object->TryGetStringField(Key, Value);
+		}
+		return Value;
+	}
+
+	bool GetBool(const TSharedPtr<FJsonObject>& Object, const TCHAR* Key, bool Default)
+	{
+		bool Value = Default;
+		if (Object.IsValid())
+		{
+			Object->TryGetBoolField(Key, Value);
+		}
+		return Value;
+	}
+}
+
+// The loader works on the documents of one fixture: the file and everything it includes, includes
+// first.
+class FSimulatedProjectLoader
+{
+public:
+	explicit FSimulatedProjectLoader(FSimulatedEditor& InEditor)
+		: Editor(InEditor)
+	{
+	}
+
+	bool AddDocument(const FString& JsonText, const FString& SourceName, const FString& BaseDirectory, int32 IncludeDepth)
+	{
+		TSharedPtr<FJsonObject> Document;
+		if (!FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(JsonText), Document) || !Document.IsValid())
+		{
+			return Fail(SourceName, TEXT("is not a JSON object"));
+		}
+		if (IncludeDepth > 8)
+		{
+			return Fail(SourceName, TEXT("includes too deeply (an include cycle?)"));
+		}
+		for (const TSharedPtr<FJsonValue>& Include : GetArray(Document, TEXT("include")))
+		{
+			const FString IncludePath = BaseDirectory + TEXT("/") + Include->AsString();
+			FString IncludeText;
+			if (!ReadFileText(IncludePath, IncludeText))
+			{
+				return Fail(SourceName, FString::Printf(TEXT("includes %s, which cannot be read"), *IncludePath));
+			}
+			if (!AddDocument(IncludeText, IncludePath, GetDirectory(IncludePath), IncludeDepth + 1))
+			{
+				return false;
+			}
+		}
+		FString ProjectName;
+		if (Document->TryGetStringField(TEXT("project"), ProjectName))
+		{
+			Editor.ProjectName = ProjectName;
+		}
+		Documents.Add({Document, SourceName});
+		return true;
+	}
+
+	bool Load()
+	{
+		return CreateTypes() && AddProperties() && CreateObjects() && ImportValues() && RegisterAssets();
+	}
+
+	const FString& GetError() const { return Error; }
+
+private:
+	struct FDocument
+	{
+		TSharedPtr<FJsonObject> Json;
+		FString SourceName;
+	};
+
+	struct FPendingObject
+	{
+		FSimulatedObject* Object;
+		TSharedPtr<FJsonObject> Json;
+		FString Where;
+	};
+
+	bool Fail(const FString& Where, const FString& Message)
+	{
+		Error = FString::Printf(TEXT("%s %s."), *Where, *Message);
+		return false;
+	}
+
+	static FString Describe(const FString& SourceName, const TCHAR* Section, int32 Index, const FString& Name)
+	{
+		return FString::Printf(TEXT("%s: %s[%d] (%s)"), *SourceName, Section, Index, *Name);
+	}
+
+	bool CreateTypes()
+	{
+		for (const FDocument& Document : Documents)
+		{
+			const TArray<TSharedPtr<FJsonValue>>& Enums = GetArray(Document.Json, TEXT("enums"));
+			for (int32 Index = 0; Index < Enums.Num(); ++Index)
+			{
+				const TSharedPtr<FJsonObject> Entry = Enums[Index]->AsObject();
+				const FString Path = GetString(Entry, TEXT("path"));
+				TArray<FString> Names;
+				for (const TSharedPtr<FJsonValue>& Name : GetArray(Entry, TEXT("names")))
+				{
+					Names.Add(Name->AsString());
+				}
+				FString TypeError;
+				if (!Editor.AddEnum(Path, Names, GetBool(Entry, TEXT("enum_class"), false), TypeError))
+				{
+					return Fail(Describe(Document.SourceName, TEXT("enums"), Index, Path), TypeError);
+				}
+			}
+			const TArray<TSharedPtr<FJsonValue>>& Structs = GetArray(Document.Json, TEXT("structs"));
+			for (int32 Index = 0; Index < Structs.Num(); ++Index)
+			{
+				const TSharedPtr<FJsonObject> Entry = Structs[Index]->AsObject();
+				const FString Path = GetString(Entry, TEXT("path"));
+				FString TypeError;
+				FSimulatedType* Struct = Editor.AddStruct(Path, GetString(Entry, TEXT("super")), TypeError);
+				if (!Struct)
+				{
+					return Fail(Describe(Document.SourceName, TEXT("structs"), Index, Path), TypeError);
+				}
+				const FString TextForm = GetString(Entry, TEXT("text_form"));
+				Struct->StructTextForm = TextForm == TEXT("guid") ? ESimulatedStructTextForm::Guid : (TextForm == TEXT("verbatim") ? ESimulatedStructTextForm::Verbatim : ESimulatedStructTextForm::Fields);
+				TypesWithProperties.Add({Struct, Entry, Describe(Document.SourceName, TEXT("structs"), Index, Path)});
+			}
+			const TArray<TSharedPtr<FJsonValue>>& Classes = GetArray(Document.Json, TEXT("classes"));
+			for (int32 Index = 0; Index < Classes.Num(); ++Index)
+			{
+				const TSharedPtr<FJsonObject> Entry = Classes[Index]->AsObject();
+				const FString Path = GetString(Entry, TEXT("path"));
+				const FString Where = Describe(Document.SourceName, TEXT("classes"), Index, Path);
+				uint64 Flags = 0;
+				if (!ReadFlags(Entry, ClassFlagWords, UE_ARRAY_COUNT(ClassFlagWords), Where, Flags))
+				{
+					return false;
+				}
+				FString TypeError;
+				FSimulatedType* Class = Editor.AddClass(Path, GetString(Entry, TEXT("super")), (uint32)Flags, TypeError);
+				if (!Class)
+				{
+					return Fail(Where, TypeError);
+				}
+				const TSharedPtr<FJsonObject>* ExpressionJson = nullptr;
+				if (Entry->TryGetObjectField(TEXT("material_expression"), ExpressionJson))
+				{
+					Class->ExpressionInfo = ReadExpressionInfo(*ExpressionJson);
+				}
+				TypesWithProperties.Add({Class, Entry, Where});
+			}
+		}
+		return true;
+	}
+
+	static std::shared_ptr<FSimulatedExpressionClassInfo> ReadExpressionInfo(const TSharedPtr<FJsonObject>& Json)
+	{
+		std::shared_ptr<FSimulatedExpressionClassInfo> Info = std::make_shared<FSimulatedExpressionClassInfo>();
+		for (const TSharedPtr<FJsonValue>& Line : GetArray(Json, TEXT("caption")))
+		{
+			Info->CaptionLines.Add(Line->AsString());
+		}
+		for (const TSharedPtr<FJsonValue>& OutputValue : GetArray(Json, TEXT("outputs")))
+		{
+			const TSharedPtr<FJsonObject> OutputJson = OutputValue->AsObject();
+			FZorvekMCPBridgeMaterialOutputSnapshot Output;
+			Output.OutputName = GetString(OutputJson, TEXT("name"));
+			const TArray<TSharedPtr<FJsonValue>>& Mask = GetArray(OutputJson, TEXT("mask"));
+			int32* Targets[] = {&Output.Mask.Mask, &Output.Mask.MaskR, &Output.Mask.MaskG, &Output.Mask.MaskB, &Output.Mask.MaskA};
+			for (int32 Index = 0; Index < Mask.Num() && Index < 5; ++Index)
+			{
+				*Targets[Index] = (int32)Mask[Index]->AsNumber();
+			}
+			Info->Outputs.Add(Output);
+		}
+		Info->bParameter = GetBool(Json, TEXT("parameter"), false);
+		return Info;
+	}
+
+	bool ReadFlags(const TSharedPtr<FJsonObject>& Entry, const FFlagWord* Words, int32 WordCount, const FString& Where, uint64& OutFlags)
+	{
+		OutFlags = 0;
+		for (const TSharedPtr<FJsonValue>& FlagValue : GetArray(Entry, TEXT("flags")))
+		{
+			const FString Word = FlagValue->AsString();
+			bool bKnown = false;
+			for (int32 Index = 0; Index < WordCount; ++Index)
+			{
+				if (Word.Equals(Words[Index].Word, ESearchCase::CaseSensitive))
+				{
+					OutFlags |= Words[Index].Flags;
+					bKnown = true;
+				}
+			}
+			if (!bKnown)
+			{
+				return Fail(Where, FString::Printf(TEXT("has an unknown flag '%s'"), *Word));
+			}
+		}
+		return true;
+	}
+
+	bool AddProperties()
+	{
+		for (const FPendingObject& Pending : TypesWithProperties)
+		{
+			FSimulatedType* Type = static_cast<FSimulatedType*>(Pending.Object);
+			const TArray<TSharedPtr<FJsonValue>>& Properties = GetArray(Pending.Json, TEXT("properties"));
+			for (int32 Index = 0; Index < Properties.Num(); ++Index)
+			{
+				const TSharedPtr<FJsonObject> PropertyJson = Properties[Index]->AsObject();
+				const FString Where = FString::Printf(TEXT("%s property %s"), *Pending.Where, *GetString(PropertyJson, TEXT("name")));
+				uint64 Flags = 0;
+				if (!ReadFlags(PropertyJson, PropertyFlagWords, UE_ARRAY_COUNT(PropertyFlagWords), Where, Flags))
+				{
+					return false;
+				}
+				FString PropertyError;
+				FSimulatedProperty* Property = Editor.AddProperty(Type, GetString(PropertyJson, TEXT("name")), GetString(PropertyJson, TEXT("type")), Flags, PropertyError);
+				if (!Property)
+				{
+					return Fail(Where, PropertyError);
+				}
+				Property->bExportable = GetBool(PropertyJson, TEXT("exportable"), true);
+			}
+		}
+		// Subtypes were created before their supers had all their properties.
+		for (const std::unique_ptr<FSimulatedObject>& Object : Editor.Objects)
+		{
+			if (FSimulatedType* Type = dynamic_cast<FSimulatedType*>(Object.get()))
+			{
+				Type->RebuildPropertyList();
+			}
+		}
+		return true;
+	}
+
+	bool CreateObject(const TSharedPtr<FJsonObject>& Json, FSimulatedObject* Outer, const FString& DefaultName, const FString& Where)
+	{
+		const FString ClassPath = GetString(Json, TEXT("class"));
+		FSimulatedType* Class = Editor.FindTypeByPath(ClassPath);
+		if (!Class || Class->Kind != ESimulatedTypeKind::Class)
+		{
+			return Fail(Where, FString::Printf(TEXT("has class %s, which is not defined"), *ClassPath));
+		}
+		FString Name = GetString(Json, TEXT("name"));
+		if (Name.IsEmpty())
+		{
+			Name = DefaultName;
+		}
+		FString ObjectError;
+		FSimulatedObject* Object = Editor.CreateObject(Class, Outer, Name, ObjectError);
+		if (!Object)
+		{
+			return Fail(Where, ObjectError);
+		}
+		Object->bLoadable = GetBool(Json, TEXT("loadable"), true);
+		PendingValues.Add({Object, Json, Where});
+		const TArray<TSharedPtr<FJsonValue>>& Subobjects = GetArray(Json, TEXT("subobjects"));
+		for (int32 Index = 0; Index < Subobjects.Num(); ++Index)
+		{
+			const TSharedPtr<FJsonObject> Subobject = Subobjects[Index]->AsObject();
+			if (!CreateObject(Subobject, Object, FString(), FString::Printf(TEXT("%s subobject %s"), *Where, *GetString(Subobject, TEXT("name")))))
+			{
+				return false;
+			}
+		}
+		return true;
+	}
+
+	bool CreateObjects()
+	{
+		for (const FDocument& Document : Documents)
+		{
+			const TArray<TSharedPtr<FJsonValue>>& Assets = GetArray(Document.Json, TEXT("assets"));
+			for (int32 Index = 0; Index < Assets.Num(); ++Index)
+			{
+				const TSharedPtr<FJsonObject> Entry = Assets[Index]->AsObject();
+				const FString PackageName = GetString(Entry, TEXT("package"));
+				const FString Where = Describe(Document.SourceName, TEXT("assets"), Index, PackageName);
+				if (!PackageName.StartsWith(TEXT("/")) || PackageName.Contains(TEXT(".")))
+				{
+					return Fail(Where, TEXT("needs a package name such as /Game/Folder/Asset"));
+				}
+				FSimulatedObject* Package = Editor.FindOrCreatePackage(PackageName);
+				if (!Package)
+				{
+					return Fail(Where, TEXT("names a package that is already an object"));
+				}
+				int32 SlashIndex = INDEX_NONE;
+				PackageName.FindLastChar(TEXT('/'), SlashIndex);
+				const int32 FirstObject = PendingValues.Num();
+				if (!CreateObject(Entry, Package, PackageName.Mid(SlashIndex + 1), Where))
+				{
+					return false;
+				}
+				if (GetBool(Entry, TEXT("in_registry"), true))
+				{
+					PendingAssets.Add({PendingValues[FirstObject].Object, Entry, Where});
+				}
+			}
+			const TArray<TSharedPtr<FJsonValue>>& RegistryOnly = GetArray(Document.Json, TEXT("registry_only"));
+			for (const TSharedPtr<FJsonValue>& Value : RegistryOnly)
+			{
+				const TSharedPtr<FJsonObject> Entry = Value->AsObject();
+				FZorvekMCPBridgeAssetData Asset;
+				Asset.PackageName = GetString(Entry, TEXT("package"));
+				int32 SlashIndex = INDEX_NONE;
+				Asset.PackageName.FindLastChar(TEXT('/'), SlashIndex);
+				Asset.PackagePath = Asset.PackageName.Left(SlashIndex);
+				Asset.AssetName = Asset.PackageName.Mid(SlashIndex + 1);
+				Asset.AssetClassPath = GetString(Entry, TEXT("class"));
+				Asset.ObjectPath = Asset.PackageName + TEXT(".") + Asset.AssetName;
+				RegistryOnlyEntries.Add(Asset);
+			}
+		}
+		return true;
+	}
+
+	bool ImportValues()
+	{
+		for (const FPendingObject& Pending : PendingValues)
+		{
+			const TSharedPtr<FJsonObject>* Values = nullptr;
+			if (!Pending.Json->TryGetObjectField(TEXT("values"), Values))
+			{
+				continue;
+			}
+			for (const TPair<FString, TSharedPtr<FJsonValue>>& Value : (*Values)->Values)
+			{
+				FString Text;
+				if (!Value.Value.IsValid() || !Value.Value->TryGetString(Text))
+				{
+					return Fail(Pending.Where, FString::Printf(TEXT("gives %s a value that is not text, a number or a bool"), *Value.Key));
+				}
+				FString ValueError;
+				if (!Editor.SetPropertyText(Pending.Object, Value.Key, Text, ValueError))
+				{
+					return Fail(Pending.Where, FString::Printf(TEXT("value %s: %s"), *Value.Key, *ValueError));
+				}
+			}
+		}
+		return true;
+	}
+
+	bool RegisterAssets()
+	{
+		for (const FPendingObject& Pending : PendingAssets)
+		{
+			TArray<FZorvekMCPBridgeAssetTag> Tags;
+			const TSharedPtr<FJsonObject>* TagsJson = nullptr;
+			if (Pending.Json->TryGetObjectField(TEXT("tags"), TagsJson))
+			{
+				for (const TPair<FString, TSharedPtr<FJsonValue>>& Tag : (*TagsJson)->Values)
+				{
+					Tags.Add({Tag.Key, Tag.Value->AsString()});
+				}
+			}
+			Editor.RegisterAsset(Pending.Object, Tags);
+		}
+		for (const FZorvekMCPBridgeAssetData& Entry : RegistryOnlyEntries)
+		{
+			Editor.AddRegistryEntry(Entry);
+		}
+		return true;
+	}
+
+	FSimulatedEditor& Editor;
+	TArray<FDocument> Documents;
+	TArray<FPendingObject> TypesWithProperties;
+	TArray<FPendingObject> PendingValues;
+	TArray<FPendingObject> PendingAssets;
+	TArray<FZorvekMCPBridgeAssetData> RegistryOnlyEntries;
+	FString Error;
+};
+
+bool FSimulatedEditor::LoadProjectFile(const FString& FilePath, FString& OutError)
+{
+	FString JsonText;
+	if (!ReadFileText(FilePath, JsonText))
+	{
+		OutError = FString::Printf(TEXT("Cannot read the project file %s."), *FilePath);
+		return false;
+	}
+	FSimulatedProjectLoader Loader(*this);
+	if (!Loader.AddDocument(JsonText, FilePath, GetDirectory(FilePath), 0) || !Loader.Load())
+	{
+		OutError = Loader.GetError();
+		return false;
+	}
+	return true;
+}
+
+bool FSimulatedEditor::LoadProjectJson(const FString& JsonText, const FString& BaseDirectory, FString& OutError)
+{
+	FSimulatedProjectLoader Loader(*this);
+	if (!Loader.AddDocument(JsonText, TEXT("project"), BaseDirectory, 0) || !Loader.Load())
+	{
+		OutError = Loader.GetError();
+		return false;
+	}
+	return true;
+}

@@ -1,0 +1,36 @@
+// FFileHelper: whole-file text loading and saving with the engine's encoding rules.
+//
+// SaveStringToFile with AutoDetect writes single bytes when every character is ASCII and
+// UTF-16LE with a byte-order mark otherwise; ForceUTF8 writes a UTF-8 byte-order mark,
+// ForceUTF8WithoutBOM does not. LoadFileToString recognises UTF-8 and UTF-16 byte-order marks
+// and reads other files as UTF-8 when they are valid UTF-8, else one character per byte.
+#pragma once
+
+#include "Containers/UnrealString.h"
+#include "HAL/FileManager.h"
+
+class FFileHelper
+{
+public:
+	enum class EHashOptions
+	{
+		None = 0,
+		EnableVerify = 1 << 0,
+		ErrorMissingHash = 1 << 1,
+	};
+
+	enum class EEncodingOptions
+	{
+		AutoDetect,
+		ForceAnsi,
+		ForceUnicode,
+		ForceUTF8,
+		ForceUTF8WithoutBOM,
+	};
+
+	static bool LoadFileToString(FString& Result, const TCHAR* Filename, EHashOptions VerifyFlags = EHashOptions::None, uint32 ReadFlags = 0);
+	// The host writes through the C++ library; the file manager argument only decides where
+	// missing folders are made, as the engine's writer does before it opens the file.
+	static bool SaveStringToFile(FStringView String, const TCHAR* Filename, EEncodingOptions EncodingOptions = EEncodingOptions::AutoDetect,
+		IFileManager* FileManager = &IFileManager::Get(), uint32 WriteFlags = 0);
+};
