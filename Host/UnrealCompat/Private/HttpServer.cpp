@@ -4,8 +4,6 @@
 
 #include <httplib.h>
 
-#include <atomic>
-#include <chrono>
 #include <condition_variable>
 #include <cstdlib>
 #include <dirent.h>
