@@ -7,27 +7,23 @@ public class ZorvekMCPBridge : ModuleRules
 		PCHUsage = PCHUsageMode.UseExplicitOrSharedPCHs;
 		IWYUSupport = IWYUSupport.Full;
 
-		PublicDependencyModuleNames.AddRange(new string[]
+		// The module has no public headers yet, so every dependency is private.
+		PrivateDependencyModuleNames.AddRange(new string[]
 		{
 			"Core",
 			"CoreUObject",
-			"Engine"
-		});
-
-		PrivateDependencyModuleNames.AddRange(new string[]
-		{
+			"Engine",
+			"ApplicationCore",
 			"AssetRegistry",
+			"BlueprintGraph",
 			"HTTPServer",
-			"Sockets",
+			"InputCore",
 			"Json",
+			"Settings",
 			"Slate",
 			"SlateCore",
-			"ToolMenus",
-			"Settings",
-			"UnrealEd",
-			"BlueprintGraph",
-			"ApplicationCore",
-			"InputCore"
+			"Sockets",
+			"ToolMenus"
 		});
 	}
 }
