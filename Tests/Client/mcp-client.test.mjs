@@ -476,6 +476,42 @@ describe('discovery tools', { timeout: TEST_TIMEOUT_MS }, () =>
 	});
 });
 
+describe('asset tools on the host\'s sample project', { timeout: TEST_TIMEOUT_MS }, () =>
+{
+	before(() =>
+	{
+		assert.ok(client, 'no SDK session (see the session group)');
+	});
+
+	test('unreal_resolve_asset turns a keyword into Blueprint candidates', async () =>
+	{
+		const resolved = structuredPayload(await callTool(client, 'unreal_resolve_asset', { name_or_path: 'hero' }), 'unreal_resolve_asset');
+		assert.equal(resolved.type, 'Blueprint');
+		assert.equal(resolved.count, 2);
+		assert.equal(resolved.best_asset_path, '/Game/Blueprints/BP_Hero');
+		assert.deepEqual(resolved.candidates.map((candidate) => candidate.asset_path), ['/Game/Blueprints/BP_Hero', '/Game/Heroes/BP_Companion']);
+	});
+
+	test('unreal_inspect_asset reads a material with its graph section', async () =>
+	{
+		const inspected = structuredPayload(await callTool(client, 'unreal_inspect_asset', { AssetNameOrPath: '/Game/Materials/M_Rock' }), 'unreal_inspect_asset');
+		assert.equal(inspected.object_path, '/Game/Materials/M_Rock.M_Rock');
+		assert.equal(inspected.class_path, '/Script/Engine.Material');
+		assert.equal(inspected.material.root_input_count, 8);
+		assert.equal(inspected.material.expression_count, 6);
+	});
+
+	test('unknown assets and missing arguments are tool errors', async () =>
+	{
+		const missing = await callTool(client, 'unreal_inspect_asset', { AssetNameOrPath: 'no_such_asset' });
+		assert.equal(missing.isError, true);
+		assert.equal(missing.structuredContent.error, "Could not resolve asset from query 'no_such_asset'.");
+		const empty = await callTool(client, 'unreal_resolve_asset', {});
+		assert.equal(empty.isError, true);
+		assert.equal(empty.structuredContent.error, 'Asset name or path is required.');
+	});
+});
+
 describe('shutdown', { timeout: TEST_TIMEOUT_MS }, () =>
 {
 	test('the host exits cleanly when its standard input closes', async () =>
