@@ -52,6 +52,7 @@ TEST(CompatString, PrintfFormatsLikeTheEngine)
 	EXPECT_TRUE(FString::Printf(TEXT("%s at %d"), TEXT("Bridge"), 8765).Equals(TEXT("Bridge at 8765")));
 	EXPECT_TRUE(FString::Printf(TEXT("%.17g"), 0.1).Equals(TEXT("0.10000000000000001")));
 	EXPECT_TRUE(FString::Printf(TEXT("[%5s|%-3d]"), TEXT("ab"), 7).Equals(TEXT("[   ab|7  ]")));
+	EXPECT_TRUE(FString::Printf(TEXT("[%-4s|%.2s|%6.3s]"), TEXT("ab"), TEXT("wxyz"), TEXT("\u00e9\u00e9\u00e9\u00e9")).Equals(TEXT("[ab  |wx|   \u00e9\u00e9\u00e9]")));
 	EXPECT_TRUE(FString::Printf(TEXT("100%%")).Equals(TEXT("100%")));
 	EXPECT_TRUE(FString::Printf(TEXT("%lld %u"), (int64)-5000000000LL, 42u).Equals(TEXT("-5000000000 42")));
 }

@@ -723,11 +723,11 @@ FString UECompatPrintf::Format(const TCHAR* Fmt, const FStringFormatArgValue* Ar
 			continue;
 		}
 		// Collect flags, width, precision and length modifiers up to the conversion letter.
-		std::string Spec = "%";
+		std::string FormatSpec = "%";
 		size_t Cursor = Index + 1;
 		while (Cursor < Format.size() && std::strchr("-+ #0123456789.*hlzjtL", (char)Format[Cursor]) && Format[Cursor] < 128)
 		{
-			Spec += (char)Format[Cursor];
+			FormatSpec += (char)Format[Cursor];
 			++Cursor;
 		}
 		if (Cursor >= Format.size())
@@ -744,7 +744,7 @@ FString UECompatPrintf::Format(const TCHAR* Fmt, const FStringFormatArgValue* Ar
 		}
 		const FStringFormatArgValue& Arg = Args[ArgIndex++];
 		std::string Modifiers;
-		for (char Letter : Spec)
+		for (char Letter : FormatSpec)
 		{
 			if (!std::strchr("hlzjtL", Letter))
 			{
@@ -756,19 +756,25 @@ FString UECompatPrintf::Format(const TCHAR* Fmt, const FStringFormatArgValue* Ar
 		{
 		case 's':
 		{
-			const std::u16string Text(Arg.Kind == FStringFormatArgValue::EKind::Text && Arg.Text ? Arg.Text : u"(null)");
-			// Width and precision apply to characters, so pad here rather than in snprintf.
-			std::string Narrow = UECompatToUtf8(Text);
-			std::snprintf(Buffer, sizeof(Buffer), (Modifiers + "s").c_str(), "");
-			const size_t Pad = std::strlen(Buffer);
-			if (Pad > 0 && Spec.find('-') != std::string::npos)
+			// Width and precision count characters, so they are applied here, not by snprintf.
+			std::u16string Text(Arg.Kind == FStringFormatArgValue::EKind::Text && Arg.Text ? Arg.Text : u"(null)");
+			// FormatSpec is "%", flags, width digits, then an optional ".precision".
+			const size_t WidthStart = FormatSpec.find_first_not_of("%-+ #0");
+			const size_t Dot = FormatSpec.find('.');
+			const size_t Width = WidthStart == std::string::npos || WidthStart == Dot ? 0 : (size_t)std::atoi(FormatSpec.c_str() + WidthStart);
+			if (Dot != std::string::npos)
+			{
+				Text = Text.substr(0, (size_t)std::atoi(FormatSpec.c_str() + Dot + 1));
+			}
+			const size_t Padding = Width > Text.size() ? Width - Text.size() : 0;
+			if (FormatSpec.find('-') != std::string::npos)
 			{
 				Out += Text;
-				Out.append(Pad > Text.size() ? Pad - Text.size() : 0, u' ');
+				Out.append(Padding, u' ');
 			}
 			else
 			{
-				Out.append(Pad > Text.size() ? Pad - Text.size() : 0, u' ');
+				Out.append(Padding, u' ');
 				Out += Text;
 			}
 			break;
