@@ -127,12 +127,14 @@ namespace
 				{
 					if (Handle->Path == Candidate && EnumHasAnyFlags(Handle->Verbs, Request.Verb) && Handle->Handler.IsBound())
 					{
-						FHttpServerRequest Routed = Request;
-						Routed.RelativePath = FHttpPath(FullPath.RightChop(Candidate.Len()).IsEmpty() ? FString(TEXT("/")) : FullPath.RightChop(Candidate.Len()));
-						if (Handle->Handler.Execute(Routed, OnComplete))
+						// The handler sees the path relative to its route; the request is not copied.
+						const FString Remainder = FullPath.RightChop(Candidate.Len());
+						Request.RelativePath = FHttpPath(Remainder.IsEmpty() ? FString(TEXT("/")) : Remainder);
+						if (Handle->Handler.Execute(Request, OnComplete))
 						{
 							return true;
 						}
+						Request.RelativePath = FHttpPath(FullPath);
 					}
 				}
 				int32 Slash = INDEX_NONE;
