@@ -73,17 +73,7 @@ namespace
 			Node->SetArrayField(TEXT("transitions"), Transitions);
 			Node->SetNumberField(TEXT("transition_count"), Transitions.Num());
 
-			TArray<TSharedPtr<FJsonValue>> Children;
-			const FZorvekMCPBridgePropertyCursor ChildArray = Reflection.FindProperty(State, TEXT("Children"));
-			const int32 ChildCount = ChildArray.GetArrayNum();
-			for (int32 ChildIndex = 0; ChildIndex < ChildCount; ++ChildIndex)
-			{
-				const FZorvekMCPBridgeObjectHandle Child = ChildArray.GetArrayElement(ChildIndex).GetReferencedObject();
-				if (Child.IsValid())
-				{
-					Children.Add(MakeShared<FJsonValueObject>(BuildStateNode(Child, Depth + 1, ChildIndex)));
-				}
-			}
+			const TArray<TSharedPtr<FJsonValue>> Children = BuildStateNodes(Reflection.FindProperty(State, TEXT("Children")), Depth + 1);
 			Node->SetArrayField(TEXT("children"), Children);
 			Node->SetNumberField(TEXT("child_count"), Children.Num());
 			return Node;
@@ -96,18 +86,23 @@ namespace
 			ZorvekMCPBridgeAssets::SetStructElementArray(Port, Result, TEXT("evaluators"), Reflection.FindProperty(EditorData, TEXT("Evaluators")));
 			ZorvekMCPBridgeAssets::SetStructElementArray(Port, Result, TEXT("global_tasks"), Reflection.FindProperty(EditorData, TEXT("GlobalTasks")));
 
-			TArray<TSharedPtr<FJsonValue>> States;
-			const FZorvekMCPBridgePropertyCursor SubTrees = Reflection.FindProperty(EditorData, TEXT("SubTrees"));
-			const int32 SubTreeCount = SubTrees.GetArrayNum();
-			for (int32 Index = 0; Index < SubTreeCount; ++Index)
+			ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("states"), BuildStateNodes(Reflection.FindProperty(EditorData, TEXT("SubTrees")), 0));
+		}
+
+		// The state nodes of an array of state references, skipping empty entries.
+		TArray<TSharedPtr<FJsonValue>> BuildStateNodes(const FZorvekMCPBridgePropertyCursor& StateArray, int32 Depth)
+		{
+			TArray<TSharedPtr<FJsonValue>> Nodes;
+			const int32 Count = StateArray.GetArrayNum();
+			for (int32 Index = 0; Index < Count; ++Index)
 			{
-				const FZorvekMCPBridgeObjectHandle State = SubTrees.GetArrayElement(Index).GetReferencedObject();
+				const FZorvekMCPBridgeObjectHandle State = StateArray.GetArrayElement(Index).GetReferencedObject();
 				if (State.IsValid())
 				{
-					States.Add(MakeShared<FJsonValueObject>(BuildStateNode(State, 0, Index)));
+					Nodes.Add(MakeShared<FJsonValueObject>(BuildStateNode(State, Depth, Index)));
 				}
 			}
-			ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("states"), States);
+			return Nodes;
 		}
 
 		// Counts of the compiled runtime data; a property the asset does not have is left out.
