@@ -17,7 +17,6 @@ public class ZorvekMCPBridge : ModuleRules
 			"AssetRegistry",
 			"BlueprintGraph",
 			"HTTPServer",
-			"InputCore",
 			"Json",
 			"Settings",
 			"Slate",

@@ -8,9 +8,9 @@ class TSet
 {
 public:
 	TSet() = default;
-	TSet(std::initializer_list<ElementType> Items)
+	TSet(std::initializer_list<ElementType> InItems)
 	{
-		for (const ElementType& Item : Items)
+		for (const ElementType& Item : InItems)
 		{
 			Add(Item);
 		}

@@ -1,4 +1,5 @@
-// FName compares and hashes case-insensitively and keeps the spelling it was made with.
+// FName compares and hashes case-insensitively and keeps the spelling it was made with. As in the
+// engine, a name is made from TCHAR text implicitly but from an FString only explicitly.
 #pragma once
 
 #include "Containers/UnrealString.h"
@@ -22,8 +23,8 @@ class FName
 public:
 	FName() = default;
 	FName(EName) {}
-	FName(const TCHAR* Text) : Text(Normalize(FString(Text))) {}
-	FName(const FString& InText) : Text(Normalize(InText)) {}
+	FName(const TCHAR* InText) : Text(Normalize(FString(InText))) {}
+	explicit FName(const FString& InText) : Text(Normalize(InText)) {}
 
 	FString ToString() const { return IsNone() ? FString(TEXT("None")) : Text; }
 	void ToString(FString& Out) const { Out = ToString(); }

@@ -7,7 +7,6 @@
 namespace
 {
 	const TCHAR* const GameRootPath = TEXT("/Game");
-	const TCHAR* const BlueprintClassPath = TEXT("/Script/Engine.Blueprint");
 
 	TSharedPtr<FJsonObject> MakeCandidateJson(const FZorvekMCPBridgeAssetData& Asset)
 	{

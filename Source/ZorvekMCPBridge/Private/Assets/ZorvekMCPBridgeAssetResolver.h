@@ -11,6 +11,7 @@ namespace ZorvekMCPBridgeAssets
 {
 	// The limit every tool but unreal_resolve_asset resolves with.
 	constexpr int32 DefaultResolveLimit = 10;
+	inline constexpr const TCHAR* BlueprintClassPath = TEXT("/Script/Engine.Blueprint");
 
 	// Package paths as the engine's FPackageName spells them, kept here because portable code
 	// does not link CoreUObject: "/Game/A/B.B:Sub" -> "/Game/A/B" (up to the first "."), and

@@ -10,7 +10,6 @@
 namespace
 {
 	constexpr int32 DefaultInspectPropertyLimit = 200;
-	const TCHAR* const BlueprintClassPath = TEXT("/Script/Engine.Blueprint");
 
 	void AddRegistrySection(const TSharedPtr<FJsonObject>& Result, const FZorvekMCPBridgeAssetData& Asset)
 	{
@@ -104,7 +103,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeAssetTools::HandleInspectAsset(FZorvekMCP
 	Result->SetStringField(TEXT("class_name"), Class.Name);
 	Result->SetStringField(TEXT("native_class_path"), Class.NativeClassPath);
 	Result->SetStringField(TEXT("native_class_name"), Class.NativeClassName);
-	Result->SetBoolField(TEXT("is_blueprint"), Objects.IsA(Asset, BlueprintClassPath));
+	Result->SetBoolField(TEXT("is_blueprint"), Objects.IsA(Asset, ZorvekMCPBridgeAssets::BlueprintClassPath));
 	if (!RegistryEntries.IsEmpty())
 	{
 		AddRegistrySection(Result, RegistryEntries[0]);
