@@ -38,10 +38,6 @@ TEST_F(AssetToolTest, ResolveDefaultsToBlueprintsAndFlagsOnlyAnEmptyBestPath)
 	// The text of the result is the structured payload.
 	EXPECT_EQ(S(ToCondensedJson(ParseJsonObject(Result->GetArrayField(TEXT("content"))[0]->AsObject()->GetStringField(TEXT("text"))))), S(ToCondensedJson(Payload)));
 
-	// Limits arrive as numbers or as text; no clamping happens before the resolver.
-	EXPECT_EQ(FToolRunner::Payload(Runner.Call(TEXT("unreal_resolve_asset"), Arguments({{TEXT("name_or_path"), Text(TEXT("hero"))}, {TEXT("type"), Text(TEXT("Any"))}, {TEXT("limit"), Text(TEXT("4"))}})))->GetIntegerField(TEXT("count")), 4);
-	EXPECT_EQ(FToolRunner::Payload(Runner.Call(TEXT("unreal_resolve_asset"), Arguments({{TEXT("name_or_path"), Text(TEXT("hero"))}, {TEXT("type"), Text(TEXT("Any"))}, {TEXT("limit"), Number(0)}})))->GetIntegerField(TEXT("count")), 1);
-
 	const TSharedPtr<FJsonObject> Missing = Runner.Call(TEXT("unreal_resolve_asset"), MakeShared<FJsonObject>());
 	EXPECT_TRUE(FToolRunner::IsError(Missing));
 	EXPECT_EQ(S(FToolRunner::Payload(Missing)->GetStringField(TEXT("error"))), "Asset name or path is required.");
@@ -88,8 +84,48 @@ TEST_F(AssetToolTest, InspectAcceptsLegacyKeysButPascalCaseWins)
 	// The type filter: lower-case fallback, Pascal case winning, "Any" by default.
 	EXPECT_EQ(S(Inspect(Arguments({{TEXT("AssetNameOrPath"), Text(TEXT("hero"))}, {TEXT("type"), Text(TEXT("Blueprint"))}}))->GetStringField(TEXT("asset_name"))), "BP_Hero");
 	EXPECT_EQ(S(Inspect(Arguments({{TEXT("AssetNameOrPath"), Text(TEXT("HUD"))}, {TEXT("type"), Text(TEXT("Any"))}}))->GetStringField(TEXT("asset_name"))), "WBP_HeroHUD");
-	const TSharedPtr<FJsonObject> Filtered = Inspect(Arguments({{TEXT("AssetNameOrPath"), Text(TEXT("HUD"))}, {TEXT("type"), Text(TEXT("Any"))}, {TEXT("Type"), Text(TEXT("Blueprint"))}}), true);
-	EXPECT_EQ(S(Filtered->GetStringField(TEXT("error"))), "Could not resolve asset from query 'HUD'.");
+	// "type" and "Type" are one key of the JSON object, so a message naming both keeps only the
+	// later one (unreal-api-core.md §3.2), whichever spelling it has.
+	const TSharedPtr<FJsonObject> PascalLast = ParseJsonObject(std::string("{\"AssetNameOrPath\": \"HUD\", \"type\": \"Any\", \"Type\": \"Blueprint\"}"));
+	EXPECT_EQ(S(Inspect(PascalLast, true)->GetStringField(TEXT("error"))), "Could not resolve asset from query 'HUD'.");
+	const TSharedPtr<FJsonObject> LowerLast = ParseJsonObject(std::string("{\"ASSETNAMEORPATH\": \"HUD\", \"Type\": \"Blueprint\", \"type\": \"Any\"}"));
+	EXPECT_EQ(S(Inspect(LowerLast)->GetStringField(TEXT("asset_name"))), "WBP_HeroHUD");
+}
+
+TEST_F(AssetToolTest, IntegerArgumentsRoundClampAndNeverWrap)
+{
+	const auto Count = [this](const TSharedPtr<FJsonValue>& Limit)
+	{
+		return FToolRunner::Payload(Runner.Call(TEXT("unreal_resolve_asset"), Arguments({{TEXT("name_or_path"), Text(TEXT("_"))}, {TEXT("type"), Text(TEXT("Any"))}, {TEXT("limit"), Limit}})))->GetIntegerField(TEXT("count"));
+	};
+	const int32 Everything = Count(Number(1000));
+	ASSERT_GT(Everything, 10) << "the query must match more assets than the default limit";
+
+	// Fractions round half away from zero, the same for a number and its text.
+	EXPECT_EQ(Count(Number(2.6)), 3);
+	EXPECT_EQ(Count(Text(TEXT("2.6"))), 3);
+	EXPECT_EQ(Count(Text(TEXT(" 2.5 "))), 3);
+	EXPECT_EQ(Count(Number(2.4)), 2);
+	// 2^32 + 1 would wrap to 1; it clamps to the int32 maximum, as text and as a number.
+	EXPECT_EQ(Count(Text(TEXT("4294967297"))), Everything);
+	EXPECT_EQ(Count(Number(4294967297.0)), Everything);
+	// Far below the range: the lowest int32, then raised to the limit's floor of 1.
+	EXPECT_EQ(Count(Text(TEXT("-4294967297"))), 1);
+	EXPECT_EQ(Count(Number(0)), 1);
+	// Anything that is not a number is the default of 10.
+	for (const TSharedPtr<FJsonValue>& NotANumber : {Text(TEXT("ten")), Text(TEXT("")), Text(TEXT("1e3")), TSharedPtr<FJsonValue>(MakeShared<FJsonValueBoolean>(true))})
+	{
+		EXPECT_EQ(Count(NotANumber), 10);
+	}
+
+	// PropertyLimit: 2^32 + 2 would wrap to 2; it clamps, so every property comes with no note.
+	const TSharedPtr<FJsonObject> Loot = Inspect(Arguments({{TEXT("AssetNameOrPath"), Text(TEXT("DA_LootTable"))}, {TEXT("PropertyLimit"), Text(TEXT("4294967298"))}}));
+	EXPECT_EQ(Loot->GetObjectField(TEXT("properties"))->Values.Num(), 11);
+	EXPECT_EQ(Stages(Loot), (std::vector<std::string>{"property_export"}));
+	for (const TSharedPtr<FJsonValue>& Limit : {Number(2.6), Text(TEXT("2.6"))})
+	{
+		EXPECT_EQ(Inspect(Arguments({{TEXT("AssetNameOrPath"), Text(TEXT("DA_LootTable"))}, {TEXT("PropertyLimit"), Limit}}))->GetObjectField(TEXT("properties"))->Values.Num(), 3);
+	}
 }
 
 TEST_F(AssetToolTest, InspectFailuresNameWhatWentWrong)

@@ -11,6 +11,45 @@ namespace
 {
 	constexpr int32 DefaultInspectPropertyLimit = 200;
 
+	// The arguments of unreal_resolve_asset, read once.
+	struct FResolveAssetParams
+	{
+		FString Query;
+		FString Type;
+		// At least 1; the resolver answers 0 and below with one candidate anyway.
+		int32 Limit = ZorvekMCPBridgeAssets::DefaultResolveLimit;
+
+		static FResolveAssetParams Read(const TSharedPtr<FJsonObject>& Arguments)
+		{
+			FResolveAssetParams Params;
+			Params.Query = ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("name_or_path"), FString());
+			Params.Type = ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("type"), TEXT("Blueprint"));
+			Params.Limit = ZorvekMCPBridgeToolArguments::ReadLimit(Arguments, TEXT("limit"), ZorvekMCPBridgeAssets::DefaultResolveLimit);
+			return Params;
+		}
+	};
+
+	// The arguments of unreal_inspect_asset, read once.
+	struct FInspectAssetParams
+	{
+		FString Query;
+		FString Type;
+		// 0 or below exports every qualifying property.
+		int32 PropertyLimit = DefaultInspectPropertyLimit;
+
+		static FInspectAssetParams Read(const TSharedPtr<FJsonObject>& Arguments)
+		{
+			FInspectAssetParams Params;
+			// The legacy name_or_path is the default of AssetNameOrPath. The legacy "type" needs no
+			// reading of its own: JSON object keys ignore case, so it is the key "Type".
+			Params.Query = ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("AssetNameOrPath"),
+				ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("name_or_path"), FString()));
+			Params.Type = ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("Type"), TEXT("Any"));
+			Params.PropertyLimit = ZorvekMCPBridgeToolArguments::ReadInteger(Arguments, TEXT("PropertyLimit"), DefaultInspectPropertyLimit);
+			return Params;
+		}
+	};
+
 	void AddRegistrySection(const TSharedPtr<FJsonObject>& Result, const FZorvekMCPBridgeAssetData& Asset)
 	{
 		Result->SetStringField(TEXT("asset_registry_class_path"), Asset.AssetClassPath);
@@ -35,13 +74,11 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeAssetTools::HandleResolveAsset(FZorvekMCP
 	{
 		return MakeEditorPortUnavailableResult(TEXT("unreal_resolve_asset"));
 	}
-	const FString Query = ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("name_or_path"), FString());
-	const FString Type = ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("type"), TEXT("Blueprint"));
-	const int32 Limit = ZorvekMCPBridgeToolArguments::ReadInteger(Arguments, TEXT("limit"), ZorvekMCPBridgeAssets::DefaultResolveLimit);
+	const FResolveAssetParams Params = FResolveAssetParams::Read(Arguments);
 
 	FString BestPath;
 	FString Error;
-	const TSharedPtr<FJsonObject> Resolution = ZorvekMCPBridgeAssets::ResolveAssetQuery(Context.EditorPort->GetAssetRegistry(), Query, Type, Limit, BestPath, Error);
+	const TSharedPtr<FJsonObject> Resolution = ZorvekMCPBridgeAssets::ResolveAssetQuery(Context.EditorPort->GetAssetRegistry(), Params.Query, Params.Type, Params.Limit, BestPath, Error);
 	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Resolution, BestPath.IsEmpty());
 }
 
@@ -54,20 +91,15 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeAssetTools::HandleInspectAsset(FZorvekMCP
 	IZorvekMCPBridgeEditorPort& Port = *Context.EditorPort;
 	IZorvekMCPBridgeObjects& Objects = Port.GetObjects();
 
-	// The legacy lower-case keys are the defaults of the Pascal-case ones.
-	const FString Query = ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("AssetNameOrPath"),
-		ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("name_or_path"), FString()));
-	const FString Type = ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("Type"),
-		ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("type"), TEXT("Any")));
-	const int32 PropertyLimit = ZorvekMCPBridgeToolArguments::ReadInteger(Arguments, TEXT("PropertyLimit"), DefaultInspectPropertyLimit);
+	const FInspectAssetParams Params = FInspectAssetParams::Read(Arguments);
 
 	FString AssetPath;
 	FString Error;
-	const TSharedPtr<FJsonObject> Resolution = ZorvekMCPBridgeAssets::ResolveAssetQuery(Port.GetAssetRegistry(), Query, Type, ZorvekMCPBridgeAssets::DefaultResolveLimit, AssetPath, Error);
+	const TSharedPtr<FJsonObject> Resolution = ZorvekMCPBridgeAssets::ResolveAssetQuery(Port.GetAssetRegistry(), Params.Query, Params.Type, ZorvekMCPBridgeAssets::DefaultResolveLimit, AssetPath, Error);
 	if (AssetPath.IsEmpty())
 	{
 		TSharedPtr<FJsonObject> Failure = MakeShared<FJsonObject>();
-		Failure->SetStringField(TEXT("query"), Query);
+		Failure->SetStringField(TEXT("query"), Params.Query);
 		Failure->SetStringField(TEXT("error"), Error);
 		Failure->SetObjectField(TEXT("resolve_result"), Resolution);
 		return ZorvekMCPBridgeTools::MakeStructuredToolResult(Failure, true);
@@ -110,7 +142,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeAssetTools::HandleInspectAsset(FZorvekMCP
 	}
 
 	TArray<TSharedPtr<FJsonValue>> References;
-	Result->SetObjectField(TEXT("properties"), ZorvekMCPBridgeAssets::ExportObjectProperties(Port, Asset, PropertyLimit, References, PartialFailures));
+	Result->SetObjectField(TEXT("properties"), ZorvekMCPBridgeAssets::ExportObjectProperties(Port, Asset, Params.PropertyLimit, References, PartialFailures));
 	Result->SetArrayField(TEXT("references"), References);
 	Result->SetNumberField(TEXT("reference_count"), References.Num());
 
