@@ -102,8 +102,9 @@ TEST_F(ReaderTest, CameraGraphListsEachObjectOnceAndMarksEverySecondVisit)
 	const TSharedPtr<FJsonObject> Graph = ReadCamera(TEXT("/Game/Cameras/CA_Hero.CA_Hero"))->GetObjectField(TEXT("object_graph"));
 	std::vector<std::string> Flat;
 	FlattenGraph(Graph, Flat);
-	// The shared transition and the rig's node list merge into objects already listed; the
-	// deprecated rig list and the transient build status are not walked.
+	// The shared transition, the rig's node list and the interface parameters' targets merge
+	// into objects already listed; the parameters themselves are reached inside the rig's
+	// Interface struct. The deprecated rig list and the transient build status are not walked.
 	EXPECT_EQ(Flat, (std::vector<std::string>{
 		"asset:CA_Hero",
 		"CameraDirector:SingleCameraDirector",
@@ -114,6 +115,10 @@ TEST_F(ReaderTest, CameraGraphListsEachObjectOnceAndMarksEverySecondVisit)
 		"AllNodeTreeObjects[0]:RootArrayNode (cycle)",
 		"AllNodeTreeObjects[1]:BoomOffset (cycle)",
 		"AllNodeTreeObjects[2]:HeroLens (cycle)",
+		"Interface.BlendableParameters[0]:DistanceParameter",
+		"Target:BoomOffset (cycle)",
+		"Interface.DataParameters[0]:TargetActorParameter",
+		"Target:RootArrayNode (cycle)",
 		"EnterTransitions[0]:BlendIn",
 		"AllSharedTransitionsObjects[0]:BlendIn (cycle)"}));
 
@@ -174,7 +179,7 @@ TEST(CameraReader, OlderShapesAreReadByTheirOwnNamesAndMergedNodesAreCycles)
 
 	std::vector<std::string> Flat;
 	FlattenGraph(Camera->GetObjectField(TEXT("object_graph")), Flat);
-	EXPECT_EQ(Flat, (std::vector<std::string>{"asset:Cam", "CameraRigs[0]:RigA", "RootNode:Shared", "CameraRigs[1]:RigB", "RootNode:Shared (cycle)"}));
+	EXPECT_EQ(Flat, (std::vector<std::string>{"asset:Cam", "CameraRigs[0]:RigA", "RootNode:Shared", "Interface.InterfaceParameters[0]:Distance", "CameraRigs[1]:RigB", "RootNode:Shared (cycle)"}));
 
 	const TSharedPtr<FJsonObject> Rig = ReadGameplayCameraAsset(*Port, FindObject(*Port, TEXT("/Game/RigA.RigA")), Failures);
 	EXPECT_EQ(S(Rig->GetStringField(TEXT("interface_parameters_source"))), "Interface.InterfaceParameters");

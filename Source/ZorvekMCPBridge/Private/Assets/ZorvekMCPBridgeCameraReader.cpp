@@ -9,6 +9,57 @@ namespace
 	const TCHAR* const GameplayCamerasScriptPrefix = TEXT("/Script/GameplayCameras.");
 	constexpr int32 MaxCameraGraphDepth = 6;
 	constexpr int32 CameraNodePropertyLimit = 40;
+	// How many structs and arrays deep a property's value is searched for camera objects; the
+	// same bound as struct export. A director's redirect table needs three (table, entry array,
+	// entry).
+	constexpr int32 MaxContainerDepth = 4;
+	const TCHAR* const CameraRigAssetClassPath = TEXT("/Script/GameplayCameras.CameraRigAsset");
+	const TCHAR* const CameraRigProxyAssetClassPath = TEXT("/Script/GameplayCameras.CameraRigProxyAsset");
+
+	bool IsSkippedProperty(const FZorvekMCPBridgePropertyCursor& Property)
+	{
+		return Property.HasAnyFlags(ZorvekMCPBridgePropertyFlags::Transient | ZorvekMCPBridgePropertyFlags::Deprecated);
+	}
+
+	// Calls Visit with every object reference a value holds: the value itself, or, inside arrays
+	// and structs down to MaxContainerDepth, their elements and fields. Path names where the
+	// reference sits: "CameraRig", "Children[1]", "CameraRigProxyRedirectTable.Entries[0].CameraRig".
+	// Null references are visited too (as invalid handles). Transient and deprecated struct
+	// fields are skipped, as struct export skips them.
+	void ForEachReferenceInValue(const FZorvekMCPBridgePropertyCursor& Value, const FString& Path, int32 ContainerDepth, TFunctionRef<void(FZorvekMCPBridgeObjectHandle, const FString&)> Visit)
+	{
+		switch (Value.GetKind())
+		{
+		case EZorvekMCPBridgePropertyKind::ObjectReference:
+			Visit(Value.GetReferencedObject(), Path);
+			break;
+		case EZorvekMCPBridgePropertyKind::Array:
+			if (ContainerDepth < MaxContainerDepth)
+			{
+				const int32 Count = Value.GetArrayNum();
+				for (int32 Index = 0; Index < Count; ++Index)
+				{
+					ForEachReferenceInValue(Value.GetArrayElement(Index), FString::Printf(TEXT("%s[%d]"), *Path, Index), ContainerDepth + 1, Visit);
+				}
+			}
+			break;
+		case EZorvekMCPBridgePropertyKind::Struct:
+			if (ContainerDepth < MaxContainerDepth)
+			{
+				Value.EnumerateStructFields([&Path, ContainerDepth, &Visit](const FZorvekMCPBridgePropertyCursor& Field)
+				{
+					if (!IsSkippedProperty(Field))
+					{
+						ForEachReferenceInValue(Field, Path + TEXT(".") + Field.GetName(), ContainerDepth + 1, Visit);
+					}
+					return true;
+				});
+			}
+			break;
+		default:
+			break;
+		}
+	}
 
 	struct FCameraKind
 	{
@@ -62,40 +113,16 @@ namespace
 			TArray<TSharedPtr<FJsonValue>> Children;
 			if (Depth < MaxCameraGraphDepth)
 			{
-				// Gathered first, so the recursion does not run inside the property walk.
+				// Gathered first, so the recursion does not run inside the property walk. References
+				// held in structs and arrays of structs (a director's redirect table) count like
+				// direct ones.
 				TArray<TPair<FZorvekMCPBridgeObjectHandle, FString>> Referenced;
-				Reflection.EnumerateProperties(Object, [this, &Referenced](const FZorvekMCPBridgePropertyCursor& Property)
+				ForEachReferenceInObject(Object, [this, &Referenced](FZorvekMCPBridgeObjectHandle Child, const FString& Path)
 				{
-					if (Property.HasAnyFlags(ZorvekMCPBridgePropertyFlags::Transient | ZorvekMCPBridgePropertyFlags::Deprecated))
+					if (IsGameplayCameraObject(Child))
 					{
-						return true;
+						Referenced.Add({Child, Path});
 					}
-					if (Property.GetKind() == EZorvekMCPBridgePropertyKind::ObjectReference)
-					{
-						const FZorvekMCPBridgeObjectHandle Child = Property.GetReferencedObject();
-						if (IsGameplayCameraObject(Child))
-						{
-							Referenced.Add({Child, Property.GetName()});
-						}
-					}
-					else if (Property.GetKind() == EZorvekMCPBridgePropertyKind::Array)
-					{
-						const int32 Count = Property.GetArrayNum();
-						for (int32 Index = 0; Index < Count; ++Index)
-						{
-							const FZorvekMCPBridgePropertyCursor Element = Property.GetArrayElement(Index);
-							if (Element.GetKind() != EZorvekMCPBridgePropertyKind::ObjectReference)
-							{
-								break;
-							}
-							const FZorvekMCPBridgeObjectHandle Child = Element.GetReferencedObject();
-							if (IsGameplayCameraObject(Child))
-							{
-								Referenced.Add({Child, FString::Printf(TEXT("%s[%d]"), *Property.GetName(), Index)});
-							}
-						}
-					}
-					return true;
 				});
 				for (const TPair<FZorvekMCPBridgeObjectHandle, FString>& Child : Referenced)
 				{
@@ -128,39 +155,51 @@ namespace
 			ZorvekMCPBridgeAssets::SetNamedArray(Result, Key, MakeSummaryNodes(Reflection.FindProperty(Object, PropertyName), Role));
 		}
 
-		// Since 5.5 a camera asset holds no rig list of its own: its director does (a single
-		// director's CameraRig, or the rigs that another director's properties, arrays and array
-		// elements of structs reference).
-		void GatherDirectorRigs(FZorvekMCPBridgeObjectHandle Director, TArray<FZorvekMCPBridgeObjectHandle>& OutRigs) const
+		// Every reference held by the object's properties (transient and deprecated ones
+		// skipped), their arrays and structs included.
+		void ForEachReferenceInObject(FZorvekMCPBridgeObjectHandle Object, TFunctionRef<void(FZorvekMCPBridgeObjectHandle, const FString&)> Visit) const
 		{
-			auto AddIfRig = [this, &OutRigs](const FZorvekMCPBridgePropertyCursor& Value)
+			Reflection.EnumerateProperties(Object, [&Visit](const FZorvekMCPBridgePropertyCursor& Property)
 			{
-				const FZorvekMCPBridgeObjectHandle Candidate = Value.GetReferencedObject();
-				if (Candidate.IsValid() && !OutRigs.Contains(Candidate) && Objects.IsA(Candidate, TEXT("/Script/GameplayCameras.CameraRigAsset")))
+				if (!IsSkippedProperty(Property))
 				{
-					OutRigs.Add(Candidate);
-				}
-			};
-			Reflection.EnumerateProperties(Director, [&AddIfRig](const FZorvekMCPBridgePropertyCursor& Property)
-			{
-				if (Property.HasAnyFlags(ZorvekMCPBridgePropertyFlags::Transient | ZorvekMCPBridgePropertyFlags::Deprecated))
-				{
-					return true;
-				}
-				AddIfRig(Property);
-				const int32 Count = Property.GetArrayNum();
-				for (int32 Index = 0; Index < Count; ++Index)
-				{
-					const FZorvekMCPBridgePropertyCursor Element = Property.GetArrayElement(Index);
-					AddIfRig(Element);
-					Element.EnumerateStructFields([&AddIfRig](const FZorvekMCPBridgePropertyCursor& Field)
-					{
-						AddIfRig(Field);
-						return true;
-					});
+					ForEachReferenceInValue(Property, Property.GetName(), 0, Visit);
 				}
 				return true;
 			});
+		}
+
+		// Since 5.5 a camera asset holds no rig list of its own: its director does. A single
+		// director names its rig in CameraRig; every director may hold rigs and rig proxies in
+		// its CameraRigProxyRedirectTable (struct, entry array, entry), and other directors in
+		// arrays of entries. Each object is listed once, in property order.
+		void GatherDirectorRigs(FZorvekMCPBridgeObjectHandle Director, TArray<FZorvekMCPBridgeObjectHandle>& OutRigs, TArray<FZorvekMCPBridgeObjectHandle>& OutProxies) const
+		{
+			ForEachReferenceInObject(Director, [this, &OutRigs, &OutProxies](FZorvekMCPBridgeObjectHandle Candidate, const FString&)
+			{
+				if (!Candidate.IsValid())
+				{
+					return;
+				}
+				if (Objects.IsA(Candidate, CameraRigAssetClassPath))
+				{
+					OutRigs.AddUnique(Candidate);
+				}
+				else if (Objects.IsA(Candidate, CameraRigProxyAssetClassPath))
+				{
+					OutProxies.AddUnique(Candidate);
+				}
+			});
+		}
+
+		TArray<TSharedPtr<FJsonValue>> MakeSummaryNodes(const TArray<FZorvekMCPBridgeObjectHandle>& List, const FString& Role) const
+		{
+			TArray<TSharedPtr<FJsonValue>> Nodes;
+			for (const FZorvekMCPBridgeObjectHandle& Object : List)
+			{
+				Nodes.Add(MakeShared<FJsonValueObject>(MakeSummaryNode(Object, Role)));
+			}
+			return Nodes;
 		}
 
 		void AddCameraAssetSection(const TSharedPtr<FJsonObject>& Result, FZorvekMCPBridgeObjectHandle Asset) const
@@ -168,27 +207,27 @@ namespace
 			const FZorvekMCPBridgeObjectHandle Director = Reflection.FindProperty(Asset, TEXT("CameraDirector")).GetReferencedObject();
 			Result->SetObjectField(TEXT("camera_director"), MakeSummaryNode(Director, TEXT("camera_director")));
 
+			// 5.7 still reflects the old rig list, as CameraRigs with CPF_Deprecated; the camera
+			// system ignores it and it is not saved, so only a list that is not deprecated (an
+			// asset of an engine before 5.5) is read.
 			const FZorvekMCPBridgePropertyCursor RigList = Reflection.FindProperty(Asset, TEXT("CameraRigs"));
-			if (RigList.IsValid())
+			TArray<FZorvekMCPBridgeObjectHandle> Rigs;
+			TArray<FZorvekMCPBridgeObjectHandle> Proxies;
+			if (Director.IsValid())
+			{
+				GatherDirectorRigs(Director, Rigs, Proxies);
+			}
+			if (RigList.IsValid() && !IsSkippedProperty(RigList))
 			{
 				ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("camera_rigs"), MakeSummaryNodes(RigList, TEXT("camera_rig")));
 				Result->SetStringField(TEXT("camera_rigs_source"), TEXT("CameraRigs"));
 			}
 			else
 			{
-				TArray<FZorvekMCPBridgeObjectHandle> Rigs;
-				if (Director.IsValid())
-				{
-					GatherDirectorRigs(Director, Rigs);
-				}
-				TArray<TSharedPtr<FJsonValue>> RigNodes;
-				for (const FZorvekMCPBridgeObjectHandle& Rig : Rigs)
-				{
-					RigNodes.Add(MakeShared<FJsonValueObject>(MakeSummaryNode(Rig, TEXT("camera_rig"))));
-				}
-				ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("camera_rigs"), RigNodes);
+				ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("camera_rigs"), MakeSummaryNodes(Rigs, TEXT("camera_rig")));
 				Result->SetStringField(TEXT("camera_rigs_source"), Director.IsValid() ? TEXT("CameraDirector") : TEXT("not_found"));
 			}
+			ZorvekMCPBridgeAssets::SetNamedArray(Result, TEXT("camera_rig_proxies"), MakeSummaryNodes(Proxies, TEXT("camera_rig_proxy")));
 
 			AddObjectArraySection(Result, Asset, TEXT("EnterTransitions"), TEXT("enter_transitions"), TEXT("enter_transition"));
 			AddObjectArraySection(Result, Asset, TEXT("ExitTransitions"), TEXT("exit_transitions"), TEXT("exit_transition"));
