@@ -6,12 +6,16 @@
 
 #include <condition_variable>
 #include <cstdlib>
+#include <deque>
 #include <dirent.h>
+#include <functional>
 #include <netinet/in.h>
 #include <optional>
 #include <set>
 #include <sys/socket.h>
+#include <system_error>
 #include <thread>
+#include <vector>
 
 // ---------------------------------------------------------------------------------------------
 // Responses
@@ -212,6 +216,85 @@ namespace
 		WriteResponse(*FHttpServerResponse::Error(Code, ErrorCode), Out);
 	}
 
+	// Runs each accepted connection on a worker. cpp-httplib keeps a connection on one worker
+	// for its whole life, keep-alive waits included, so with a fixed pool of N workers the
+	// client after N idle keep-alive connections waits until one of them times out (15 s). The
+	// engine's server polls every connection from one loop and never does that, so workers are
+	// added whenever no idle one is left. Idle workers are reused and stay until the listener
+	// stops, so the pool is as large as the most connections open at once, and stops growing at
+	// MaxWorkers (the default descriptor limit of a process allows about as many connections).
+	class FConnectionWorkers final : public httplib::TaskQueue
+	{
+	public:
+		static constexpr size_t MaxWorkers = 1024;
+
+		void enqueue(std::function<void()> Task) override
+		{
+			std::lock_guard<std::mutex> Lock(Mutex);
+			Tasks.push_back(std::move(Task));
+			// A worker woken for an earlier task may not have taken it yet, so compare with all
+			// waiting tasks, not just this one.
+			if (IdleWorkers < Tasks.size() && Workers.size() < MaxWorkers)
+			{
+				try
+				{
+					Workers.emplace_back([this]() { Work(); });
+					return;
+				}
+				catch (const std::system_error&)
+				{
+					// No thread to be had: the task waits for a worker to become free.
+				}
+			}
+			Wake.notify_one();
+		}
+
+		// Called once the accept loop has ended: the workers finish the queued connections and
+		// their open ones, then end.
+		void shutdown() override
+		{
+			std::vector<std::thread> Finishing;
+			{
+				std::lock_guard<std::mutex> Lock(Mutex);
+				bShuttingDown = true;
+				Finishing.swap(Workers);
+			}
+			Wake.notify_all();
+			for (std::thread& Worker : Finishing)
+			{
+				Worker.join();
+			}
+		}
+
+	private:
+		void Work()
+		{
+			std::unique_lock<std::mutex> Lock(Mutex);
+			for (;;)
+			{
+				++IdleWorkers;
+				Wake.wait(Lock, [this]() { return bShuttingDown || !Tasks.empty(); });
+				--IdleWorkers;
+				if (Tasks.empty())
+				{
+					return;
+				}
+				std::function<void()> Task = std::move(Tasks.front());
+				Tasks.pop_front();
+				Lock.unlock();
+				Task();
+				Lock.lock();
+			}
+		}
+
+		std::mutex Mutex;
+		std::condition_variable Wake;
+		std::deque<std::function<void()>> Tasks;
+		std::vector<std::thread> Workers;
+		size_t IdleWorkers = 0;
+		bool bShuttingDown = false;
+	};
+
 	// cpp-httplib 0.11 lets a stopped server's worker wait out the whole keep-alive timeout
 	// (15 s) of an idle client connection before it returns, and it gives no access to the
 	// connection sockets. So at shut-down the connections accepted on our ports are found among
@@ -282,8 +365,7 @@ struct FHttpServerModule::FListener
 		// accepted connections inherit from the listening socket) the body waits for the client's
 		// delayed ACK, about 40 ms per request.
 		Server->set_tcp_nodelay(true);
-		// One thread per open connection, enough for many concurrent keep-alive clients.
-		Server->new_task_queue = []() { return new httplib::ThreadPool(64); };
+		Server->new_task_queue = []() { return new FConnectionWorkers(); };
 		Server->set_keep_alive_max_count(1000000);
 		Server->set_keep_alive_timeout(15);
 		Server->set_read_timeout(5, 0);
