@@ -59,6 +59,8 @@ TEST(CompatJsonWriter, NumbersAndStringsAreWrittenLikeTheEngine)
 
 TEST(CompatJsonObject, KeysAreCaseInsensitiveAndKeepTheirPosition)
 {
+	// One key in any spelling, the later value and spelling winning (unreal-api-core.md §3.2);
+	// the tools' lower-case legacy keys rely on it.
 	TSharedPtr<FJsonObject> Object = ParseJsonObject(FString(TEXT("{\"Name\": 1, \"other\": 2, \"name\": 3}")));
 	ASSERT_TRUE(Object.IsValid());
 	EXPECT_EQ(Object->Values.Num(), 2);
