@@ -65,6 +65,21 @@ TEST_F(ModuleLifecycle, StartsByItselfATenthOfASecondAfterStartUp)
 	EXPECT_EQ(Log.Count(TEXT("Auto-starting Zorvek MCP Bridge")), 1);
 }
 
+TEST_F(ModuleLifecycle, InACommandletNothingStartsByItselfButTheConsoleStillCan)
+{
+	// A cook or resave loads editor modules too; it must not take the editor's port.
+	UECompatSetRunningCommandlet(true);
+	Module.StartupModule();
+	UECompatSetRunningCommandlet(false);
+	EXPECT_TRUE(Log.Contains(TEXT("Zorvek MCP Bridge does not start automatically in a commandlet")));
+	EXPECT_FALSE(Log.Contains(TEXT("Scheduling Zorvek MCP Bridge auto-start")));
+	FTSTicker::GetCoreTicker().Tick(1.0f);
+	EXPECT_FALSE(FAccess::IsRunning(Module));
+
+	EXPECT_TRUE(RunConsole(TEXT("ZorvekMCPBridge.Start")));
+	EXPECT_TRUE(FAccess::IsRunning(Module));
+}
+
 TEST_F(ModuleLifecycle, DisabledAutoStartLeavesTheBridgeStoppedUntilAsked)
 {
 	DisableAutoStart();

@@ -128,3 +128,21 @@ TEST(CompatJsonReader, HostileNestingIsRefusedWithoutCrashing)
 	const std::string Allowed = "{\"a\":" + std::string(200, '[') + std::string(200, ']') + "}";
 	EXPECT_TRUE(ParseJsonObject(Allowed).IsValid());
 }
+
+TEST(CompatJsonValue, AnObjectAskedOfAnythingElseIsTheSharedEmptyObject)
+{
+	// AsObject on a non-object logs and returns the engine's EMPTY_OBJECT, a valid pointer, and
+	// GetObjectField on a missing field goes through the same path (unreal-api-core.md §3.2-3.3).
+	FLogCapture Log;
+	const TSharedPtr<FJsonValue> Number = MakeShared<FJsonValueNumber>(1.0);
+	const TSharedPtr<FJsonObject>& FromNumber = Number->AsObject();
+	ASSERT_TRUE(FromNumber.IsValid());
+	EXPECT_EQ(FromNumber->Values.Num(), 0);
+	EXPECT_EQ(Log.VerbosityOf(TEXT("Json Value of type 'Number' used as a 'Object'.")), ELogVerbosity::Error);
+
+	const TSharedPtr<FJsonObject> Root = MakeShared<FJsonObject>();
+	Root->SetStringField(TEXT("text"), TEXT("x"));
+	EXPECT_TRUE(Root->GetObjectField(TEXT("missing")).IsValid());
+	EXPECT_TRUE(Root->GetObjectField(TEXT("text")).IsValid());
+	EXPECT_EQ(Root->GetObjectField(TEXT("missing"))->Values.Num(), 0);
+}

@@ -63,8 +63,16 @@ TEST(CompatString, NumbersAndBooleansConvertLikeTheEngine)
 	EXPECT_TRUE(FString::SanitizeFloat(8765.0, 0).Equals(TEXT("8765")));
 	EXPECT_TRUE(FString::SanitizeFloat(0.1, 0).Equals(TEXT("0.1")));
 	EXPECT_TRUE(FString::SanitizeFloat(-2.5).Equals(TEXT("-2.5")));
+	// FCString::IsNumeric: an optional sign, then digits and at most one '.', nothing more
+	// required, so a lone sign or dot counts (unreal-api-core.md §4.1).
 	EXPECT_TRUE(FString(TEXT("-12.5")).IsNumeric());
+	EXPECT_TRUE(FString(TEXT("+.5")).IsNumeric());
+	EXPECT_TRUE(FString(TEXT("-")).IsNumeric());
+	EXPECT_TRUE(FString(TEXT(".")).IsNumeric());
 	EXPECT_FALSE(FString(TEXT("12a")).IsNumeric());
+	EXPECT_FALSE(FString(TEXT("1.2.3")).IsNumeric());
+	EXPECT_FALSE(FString(TEXT("1e5")).IsNumeric());
+	EXPECT_FALSE(FString(TEXT(" 1")).IsNumeric());
 	EXPECT_FALSE(FString(TEXT("")).IsNumeric());
 	EXPECT_TRUE(FString(TEXT("True")).ToBool());
 	EXPECT_TRUE(FString(TEXT("yes")).ToBool());
@@ -83,8 +91,28 @@ TEST(CompatString, Utf8ConversionKeepsTextAndMarksBadBytes)
 	EXPECT_EQ(Converted.Length(), 10);
 }
 
+TEST(CompatStringView, HasTheEngineMembersAndComparesIgnoringCase)
+{
+	const FString Owner(TEXT("Hello World"));
+	const FStringView View(Owner);
+	EXPECT_EQ(View.Len(), 11);
+	EXPECT_EQ(View.GetData(), *Owner);
+	// TStringView's == ignores case; Equals is case-sensitive unless asked.
+	EXPECT_TRUE(View == TEXT("hello world"));
+	EXPECT_FALSE(View.Equals(TEXT("hello world")));
+	EXPECT_TRUE(View.StartsWith(TEXT("HELLO")));
+	EXPECT_TRUE(FString(View.Mid(6, 100)).Equals(TEXT("World")));
+	EXPECT_TRUE(FString(View.Left(5)).Equals(TEXT("Hello")));
+	EXPECT_TRUE(FString(View.RightChop(6)).Equals(TEXT("World")));
+	EXPECT_TRUE(FStringView().IsEmpty());
+}
+
 TEST(CompatName, ComparesIgnoringCaseAndPrintsNone)
 {
+	// Made from TCHAR text implicitly, from an FString only explicitly, as in the engine.
+	static_assert(std::is_convertible_v<const TCHAR*, FName>);
+	static_assert(!std::is_convertible_v<FString, FName> && std::is_constructible_v<FName, FString>);
+
 	EXPECT_TRUE(FName(TEXT("Foo")) == FName(TEXT("FOO")));
 	EXPECT_FALSE(FName(TEXT("Foo")).IsEqual(FName(TEXT("FOO")), ENameCase::CaseSensitive));
 	EXPECT_TRUE(FName().ToString().Equals(TEXT("None")));

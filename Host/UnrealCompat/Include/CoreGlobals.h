@@ -18,3 +18,5 @@ bool IsEngineExitRequested();
 void RequestEngineExit(const TCHAR* ReasonString);
 void RequestEngineExit(const FString& ReasonString);
 bool IsRunningCommandlet();
+// Host: makes the process count as a commandlet (a cook, a resave) or as the editor again.
+UE_COMPAT_HOST_ONLY void UECompatSetRunningCommandlet(bool bRunningCommandlet);

@@ -43,6 +43,15 @@ enum EForceInit
 	ForceInitToZero
 };
 
+// Marks what the compat layer offers the host (its main loop, its tests) but the engine does not
+// have. The plug-in's own files build with ZORVEK_COMPAT_FENCE, which turns every use of such a
+// member into a compile error, so code that compiles here but not in the editor cannot slip in.
+#if defined(ZORVEK_COMPAT_FENCE)
+#define UE_COMPAT_HOST_ONLY [[deprecated("host-only compat member: the engine has no such thing")]]
+#else
+#define UE_COMPAT_HOST_ONLY
+#endif
+
 // Export macros of the engine's module system mean nothing in a static host build.
 #define CORE_API
 #define COREUOBJECT_API

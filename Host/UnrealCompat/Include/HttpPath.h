@@ -27,7 +27,7 @@ struct FHttpPath
 		}
 		for (TCHAR Character : Path)
 		{
-			if (Character <= 32 || Character >= 127 || FStringView(u",\\<>[]{}#|^").find(Character) != FStringView::npos)
+			if (Character <= 32 || Character >= 127 || FString(TEXT(",\\<>[]{}#|^")).Contains(FString::Chr(Character)))
 			{
 				return false;
 			}

@@ -11,6 +11,7 @@
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdio>
 #include <deque>
@@ -135,9 +136,19 @@ void RequestEngineExit(const FString& ReasonString)
 	RequestEngineExit(*ReasonString);
 }
 
+namespace
+{
+	std::atomic<bool> GRunningCommandlet{false};
+}
+
 bool IsRunningCommandlet()
 {
-	return false;
+	return GRunningCommandlet;
+}
+
+void UECompatSetRunningCommandlet(bool bRunningCommandlet)
+{
+	GRunningCommandlet = bRunningCommandlet;
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -209,7 +209,7 @@ namespace
 	std::string ToUtf16LittleEndianWithMark(FStringView Text)
 	{
 		std::string Bytes = "\xFF\xFE";
-		Bytes.reserve(2 + Text.size() * 2);
+		Bytes.reserve(2 + (size_t)Text.Len() * 2);
 		for (const TCHAR Character : Text)
 		{
 			Bytes.push_back((char)(Character & 0xFF));
@@ -312,7 +312,7 @@ bool FFileHelper::SaveStringToFile(FStringView String, const TCHAR* Filename, EE
 	else
 	{
 		// One byte per character; characters outside the byte range cannot be kept.
-		Bytes.reserve(String.size());
+		Bytes.reserve((size_t)String.Len());
 		for (const TCHAR Character : String)
 		{
 			Bytes.push_back(Character <= 0xFF ? (char)Character : '?');

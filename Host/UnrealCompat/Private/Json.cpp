@@ -58,7 +58,9 @@ const TArray<TSharedPtr<FJsonValue>>& FJsonValue::AsArray() const
 
 const TSharedPtr<FJsonObject>& FJsonValue::AsObject() const
 {
-	static const TSharedPtr<FJsonObject> EmptyObject;
+	// The engine answers a value that is no object with its shared empty object, a valid
+	// pointer, after logging the error.
+	static const TSharedPtr<FJsonObject> EmptyObject = MakeShared<FJsonObject>();
 	ErrorMessage(TEXT("Object"));
 	return EmptyObject;
 }
@@ -384,15 +386,8 @@ void FJsonObject::SetArrayField(const FString& FieldName, const TArray<TSharedPt
 
 const TSharedPtr<FJsonObject>& FJsonObject::GetObjectField(FStringView FieldName) const
 {
-	const TSharedPtr<FJsonValue>* Field = Values.Find(FString(FieldName));
-	const TSharedPtr<FJsonObject>* Object = nullptr;
-	if (Field && Field->IsValid() && (*Field)->TryGetObject(Object))
-	{
-		return *Object;
-	}
-	static const TSharedPtr<FJsonObject> EmptyObject;
-	UE_LOG(LogJson, Error, TEXT("Field %s was not found or was not an object."), *FString(FieldName));
-	return EmptyObject;
+	// As the engine: a missing or non-object field gives the shared empty object, not null.
+	return GetField(FieldName, EJson::Object)->AsObject();
 }
 
 bool FJsonObject::TryGetObjectField(FStringView FieldName, const TSharedPtr<FJsonObject>*& OutObject) const

@@ -51,8 +51,9 @@ bool UECompatEnsureFailed(const char* Expression, const char* File, int Line)
 	return false;
 }
 
-std::string UECompatToUtf8(FStringView Text)
+std::string UECompatToUtf8(FStringView TextView)
 {
+	const std::u16string_view Text = TextView;
 	std::string Out;
 	Out.reserve(Text.size());
 	for (size_t Index = 0; Index < Text.size(); ++Index)
@@ -204,8 +205,9 @@ int32 FString::Compare(const FString& Other, ESearchCase::Type SearchCase) const
 	return Data.size() < Other.Data.size() ? -1 : 1;
 }
 
-int32 FString::Find(FStringView SubStr, ESearchCase::Type SearchCase, ESearchDir::Type SearchDir, int32 StartPosition) const
+int32 FString::Find(FStringView SubStrView, ESearchCase::Type SearchCase, ESearchDir::Type SearchDir, int32 StartPosition) const
 {
+	const std::u16string_view SubStr = SubStrView;
 	const int32 SubLen = (int32)SubStr.size();
 	if (SubLen > Len())
 	{
@@ -254,13 +256,15 @@ bool FString::FindLastChar(TCHAR Character, int32& OutIndex) const
 	return OutIndex != INDEX_NONE;
 }
 
-bool FString::StartsWith(FStringView Prefix, ESearchCase::Type SearchCase) const
+bool FString::StartsWith(FStringView PrefixView, ESearchCase::Type SearchCase) const
 {
+	const std::u16string_view Prefix = PrefixView;
 	return Prefix.size() <= Data.size() && RangeEquals(Data.data(), Prefix.data(), Prefix.size(), SearchCase);
 }
 
-bool FString::EndsWith(FStringView Suffix, ESearchCase::Type SearchCase) const
+bool FString::EndsWith(FStringView SuffixView, ESearchCase::Type SearchCase) const
 {
+	const std::u16string_view Suffix = SuffixView;
 	return Suffix.size() <= Data.size() && RangeEquals(Data.data() + (Data.size() - Suffix.size()), Suffix.data(), Suffix.size(), SearchCase);
 }
 
@@ -509,7 +513,7 @@ FString FString::Replace(const TCHAR* From, const TCHAR* To, ESearchCase::Type S
 
 int32 FString::ReplaceInline(const TCHAR* SearchText, const TCHAR* ReplacementText, ESearchCase::Type SearchCase)
 {
-	const FStringView Search(SearchText);
+	const std::u16string_view Search(SearchText);
 	if (Search.empty() || IsEmpty())
 	{
 		return 0;
@@ -558,8 +562,9 @@ FString FString::ReplaceCharWithEscapedChar() const
 	return FString(MoveTemp(Out));
 }
 
-bool FString::RemoveFromStart(FStringView Prefix, ESearchCase::Type SearchCase)
+bool FString::RemoveFromStart(FStringView PrefixView, ESearchCase::Type SearchCase)
 {
+	const std::u16string_view Prefix = PrefixView;
 	if (!Prefix.empty() && StartsWith(Prefix, SearchCase))
 	{
 		Data.erase(0, Prefix.size());
@@ -568,8 +573,9 @@ bool FString::RemoveFromStart(FStringView Prefix, ESearchCase::Type SearchCase)
 	return false;
 }
 
-bool FString::RemoveFromEnd(FStringView Suffix, ESearchCase::Type SearchCase)
+bool FString::RemoveFromEnd(FStringView SuffixView, ESearchCase::Type SearchCase)
 {
+	const std::u16string_view Suffix = SuffixView;
 	if (!Suffix.empty() && EndsWith(Suffix, SearchCase))
 	{
 		Data.erase(Data.size() - Suffix.size());
@@ -580,14 +586,14 @@ bool FString::RemoveFromEnd(FStringView Suffix, ESearchCase::Type SearchCase)
 
 bool FString::IsNumeric() const
 {
-	// The engine accepts an optional sign, digits and at most one '.'.
+	// As the engine: an optional sign, then digits and at most one '.', in any mix, so "-", "."
+	// and "+." count as numeric too; only the empty text does not.
 	if (IsEmpty())
 	{
 		return false;
 	}
 	size_t Index = (Data[0] == u'-' || Data[0] == u'+') ? 1 : 0;
 	bool bSeenDot = false;
-	bool bSeenDigit = false;
 	for (; Index < Data.size(); ++Index)
 	{
 		if (Data[Index] == u'.')
@@ -598,16 +604,12 @@ bool FString::IsNumeric() const
 			}
 			bSeenDot = true;
 		}
-		else if (FChar::IsDigit(Data[Index]))
-		{
-			bSeenDigit = true;
-		}
-		else
+		else if (!FChar::IsDigit(Data[Index]))
 		{
 			return false;
 		}
 	}
-	return bSeenDigit;
+	return true;
 }
 
 bool FString::ToBool() const
@@ -823,4 +825,24 @@ FString UECompatPrintf::Format(const TCHAR* Fmt, const FStringFormatArgValue* Ar
 		}
 	}
 	return FString(MoveTemp(Out));
+}
+
+FTCHARToUTF8::FTCHARToUTF8(const TCHAR* Source)
+	: Converted(UECompatToUtf8(FStringView(Source ? Source : u"")))
+{
+}
+
+FTCHARToUTF8::FTCHARToUTF8(const TCHAR* Source, int32 SourceLength)
+	: Converted(UECompatToUtf8(FStringView(Source, SourceLength)))
+{
+}
+
+FUTF8ToTCHAR::FUTF8ToTCHAR(const ANSICHAR* Source)
+	: Converted(UECompatFromUtf8(std::string_view(Source ? Source : "")))
+{
+}
+
+FUTF8ToTCHAR::FUTF8ToTCHAR(const ANSICHAR* Source, int32 SourceLength)
+	: Converted(UECompatFromUtf8(std::string_view(Source, (size_t)SourceLength)))
+{
 }

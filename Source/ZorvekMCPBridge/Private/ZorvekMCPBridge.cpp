@@ -172,6 +172,13 @@ bool FZorvekMCPBridgeModule::ShouldAutoStart() const
 
 void FZorvekMCPBridgeModule::ScheduleAutoStart()
 {
+	// An editor module loads in commandlets too: a cook next to an open editor must not take
+	// the editor's port. A console command can still start it there on purpose.
+	if (IsRunningCommandlet())
+	{
+		UE_LOG(LogZorvekMCPBridge, Display, TEXT("Zorvek MCP Bridge does not start automatically in a commandlet"));
+		return;
+	}
 	if (!ShouldAutoStart())
 	{
 		UE_LOG(LogZorvekMCPBridge, Display, TEXT("Zorvek MCP Bridge auto-start is disabled"));

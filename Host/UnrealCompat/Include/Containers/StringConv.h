@@ -6,8 +6,8 @@
 class FTCHARToUTF8
 {
 public:
-	explicit FTCHARToUTF8(const TCHAR* Source) : Converted(UECompatToUtf8(FStringView(Source ? Source : u""))) {}
-	FTCHARToUTF8(const TCHAR* Source, int32 SourceLength) : Converted(UECompatToUtf8(FStringView(Source, (size_t)SourceLength))) {}
+	explicit FTCHARToUTF8(const TCHAR* Source);
+	FTCHARToUTF8(const TCHAR* Source, int32 SourceLength);
 	const ANSICHAR* Get() const { return Converted.c_str(); }
 	int32 Length() const { return (int32)Converted.size(); }
 
@@ -19,8 +19,8 @@ private:
 class FUTF8ToTCHAR
 {
 public:
-	explicit FUTF8ToTCHAR(const ANSICHAR* Source) : Converted(UECompatFromUtf8(std::string_view(Source ? Source : ""))) {}
-	FUTF8ToTCHAR(const ANSICHAR* Source, int32 SourceLength) : Converted(UECompatFromUtf8(std::string_view(Source, (size_t)SourceLength))) {}
+	explicit FUTF8ToTCHAR(const ANSICHAR* Source);
+	FUTF8ToTCHAR(const ANSICHAR* Source, int32 SourceLength);
 	const TCHAR* Get() const { return *Converted; }
 	int32 Length() const { return Converted.Len(); }
 

@@ -28,7 +28,7 @@ public:
 
 	// Host main loop support: seconds until the earliest ticker is due, or a negative value
 	// when none is registered.
-	double GetSecondsUntilNextFire() const;
+	UE_COMPAT_HOST_ONLY double GetSecondsUntilNextFire() const;
 
 private:
 	mutable std::mutex Mutex;

@@ -6,6 +6,7 @@
 #include "CoreTypes.h"
 #include "Containers/Array.h"
 #include "Templates/TypeHash.h"
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -38,9 +39,79 @@ struct FCompatChar
 };
 typedef FCompatChar FChar;
 
-typedef std::u16string_view FStringView;
-
 class FString;
+
+// The engine's string view: characters it does not own, with the engine's members (and its
+// case-insensitive ==), not those of std::u16string_view.
+template <typename CharType>
+class TStringView
+{
+public:
+	constexpr TStringView() = default;
+	constexpr TStringView(const CharType* InData) : Data(InData), Size(InData ? (int32)std::char_traits<CharType>::length(InData) : 0) {}
+	constexpr TStringView(const CharType* InData, int32 InSize) : Data(InData), Size(InSize) {}
+	TStringView(const FString& String);
+	UE_COMPAT_HOST_ONLY constexpr TStringView(std::basic_string_view<CharType> View) : Data(View.data()), Size((int32)View.size()) {}
+	UE_COMPAT_HOST_ONLY constexpr operator std::basic_string_view<CharType>() const { return GetStdView(); }
+
+	constexpr const CharType* GetData() const { return Data; }
+	constexpr int32 Len() const { return Size; }
+	constexpr bool IsEmpty() const { return Size == 0; }
+	constexpr const CharType& operator[](int32 Index) const { return Data[Index]; }
+	constexpr const CharType* begin() const { return Data; }
+	constexpr const CharType* end() const { return Data + Size; }
+
+	TStringView Left(int32 Count) const { return TStringView(Data, Clamp(Count)); }
+	TStringView LeftChop(int32 Count) const { return TStringView(Data, Size - Clamp(Count)); }
+	TStringView Right(int32 Count) const { return TStringView(Data + Size - Clamp(Count), Clamp(Count)); }
+	TStringView RightChop(int32 Count) const { return TStringView(Data + Clamp(Count), Size - Clamp(Count)); }
+	TStringView Mid(int32 Start, int32 Count = INT32_MAX) const
+	{
+		const int32 First = Clamp(Start);
+		return TStringView(Data + First, Count < Size - First ? (Count > 0 ? Count : 0) : Size - First);
+	}
+
+	bool Equals(TStringView Other, ESearchCase::Type SearchCase = ESearchCase::CaseSensitive) const;
+	bool StartsWith(TStringView Prefix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) const
+	{
+		return Prefix.Size <= Size && Left(Prefix.Size).Equals(Prefix, SearchCase);
+	}
+	bool EndsWith(TStringView Suffix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) const
+	{
+		return Suffix.Size <= Size && Right(Suffix.Size).Equals(Suffix, SearchCase);
+	}
+	// Case-insensitive, as in the engine.
+	friend bool operator==(TStringView Lhs, TStringView Rhs) { return Lhs.Equals(Rhs, ESearchCase::IgnoreCase); }
+	friend bool operator!=(TStringView Lhs, TStringView Rhs) { return !Lhs.Equals(Rhs, ESearchCase::IgnoreCase); }
+
+private:
+	constexpr std::basic_string_view<CharType> GetStdView() const { return {Data, (size_t)Size}; }
+	constexpr int32 Clamp(int32 Count) const { return Count < 0 ? 0 : (Count > Size ? Size : Count); }
+
+	const CharType* Data = nullptr;
+	int32 Size = 0;
+};
+
+template <typename CharType>
+bool TStringView<CharType>::Equals(TStringView Other, ESearchCase::Type SearchCase) const
+{
+	if (Size != Other.Size)
+	{
+		return false;
+	}
+	for (int32 Index = 0; Index < Size; ++Index)
+	{
+		const CharType A = SearchCase == ESearchCase::IgnoreCase ? FCompatChar::ToLower(Data[Index]) : Data[Index];
+		const CharType B = SearchCase == ESearchCase::IgnoreCase ? FCompatChar::ToLower(Other.Data[Index]) : Other.Data[Index];
+		if (A != B)
+		{
+			return false;
+		}
+	}
+	return true;
+}
+
+typedef TStringView<TCHAR> FStringView;
 
 // One argument of FString::Printf, kept by value until the format is applied.
 struct FStringFormatArgValue
@@ -115,16 +186,16 @@ public:
 
 	FString() = default;
 	FString(const TCHAR* Text) : Data(Text ? Text : u"") {}
-	explicit FString(FStringView View) : Data(View) {}
-	explicit FString(const std::u16string& Text) : Data(Text) {}
-	explicit FString(std::u16string&& Text) : Data(MoveTemp(Text)) {}
+	explicit FString(FStringView View) : Data(View.GetData(), (size_t)View.Len()) {}
+	UE_COMPAT_HOST_ONLY explicit FString(const std::u16string& Text) : Data(Text) {}
+	UE_COMPAT_HOST_ONLY explicit FString(std::u16string&& Text) : Data(MoveTemp(Text)) {}
 	FString(const FString&) = default;
 	FString(FString&&) noexcept = default;
 	FString& operator=(const FString&) = default;
 	FString& operator=(FString&&) noexcept = default;
 	FString& operator=(const TCHAR* Text) { Data = Text ? Text : u""; return *this; }
 
-	static FString ConstructFromPtrSize(const TCHAR* Ptr, int32 Size) { return FString(std::u16string(Ptr, (size_t)Size)); }
+	static FString ConstructFromPtrSize(const TCHAR* Ptr, int32 Size) { return FString(FStringView(Ptr, Size)); }
 	static FString ConstructFromPtrSize(const UTF8CHAR* Ptr, int32 Size);
 	static FString ConstructFromPtrSize(const ANSICHAR* Ptr, int32 Size);
 
@@ -150,8 +221,7 @@ public:
 	void Reserve(int32 Count) { Data.reserve((size_t)Count); }
 	void Reset() { Data.clear(); }
 	void Empty() { Data.clear(); }
-	operator FStringView() const { return Data; }
-	const std::u16string& GetStorage() const { return Data; }
+	UE_COMPAT_HOST_ONLY const std::u16string& GetStorage() const { return Data; }
 
 	FString& operator+=(const FString& Other) { Data += Other.Data; return *this; }
 	FString& operator+=(const TCHAR* Other) { Data += Other; return *this; }
@@ -171,7 +241,7 @@ public:
 	}
 	int32 Find(const FString& SubStr, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase, ESearchDir::Type SearchDir = ESearchDir::FromStart, int32 StartPosition = INDEX_NONE) const
 	{
-		return Find(FStringView(SubStr.Data), SearchCase, SearchDir, StartPosition);
+		return Find(FStringView(SubStr), SearchCase, SearchDir, StartPosition);
 	}
 	bool Contains(FStringView SubStr, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase, ESearchDir::Type SearchDir = ESearchDir::FromStart) const
 	{
@@ -183,16 +253,16 @@ public:
 	}
 	bool Contains(const FString& SubStr, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase, ESearchDir::Type SearchDir = ESearchDir::FromStart) const
 	{
-		return Contains(FStringView(SubStr.Data), SearchCase, SearchDir);
+		return Contains(FStringView(SubStr), SearchCase, SearchDir);
 	}
 	bool FindChar(TCHAR Character, int32& OutIndex) const;
 	bool FindLastChar(TCHAR Character, int32& OutIndex) const;
 	bool StartsWith(FStringView Prefix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) const;
 	bool StartsWith(const TCHAR* Prefix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) const { return StartsWith(FStringView(Prefix), SearchCase); }
-	bool StartsWith(const FString& Prefix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) const { return StartsWith(FStringView(Prefix.Data), SearchCase); }
+	bool StartsWith(const FString& Prefix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) const { return StartsWith(FStringView(Prefix), SearchCase); }
 	bool EndsWith(FStringView Suffix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) const;
 	bool EndsWith(const TCHAR* Suffix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) const { return EndsWith(FStringView(Suffix), SearchCase); }
-	bool EndsWith(const FString& Suffix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) const { return EndsWith(FStringView(Suffix.Data), SearchCase); }
+	bool EndsWith(const FString& Suffix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) const { return EndsWith(FStringView(Suffix), SearchCase); }
 	bool MatchesWildcard(const FString& Wildcard, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) const;
 
 	bool Split(const FString& InS, FString* LeftS, FString* RightS, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase, ESearchDir::Type SearchDir = ESearchDir::FromStart) const;
@@ -228,16 +298,16 @@ public:
 	bool RemoveFromEnd(FStringView Suffix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase);
 	bool RemoveFromStart(const TCHAR* Prefix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) { return RemoveFromStart(FStringView(Prefix), SearchCase); }
 	bool RemoveFromEnd(const TCHAR* Suffix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) { return RemoveFromEnd(FStringView(Suffix), SearchCase); }
-	bool RemoveFromStart(const FString& Prefix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) { return RemoveFromStart(FStringView(Prefix.Data), SearchCase); }
-	bool RemoveFromEnd(const FString& Suffix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) { return RemoveFromEnd(FStringView(Suffix.Data), SearchCase); }
-	FString Reverse() const { return FString(std::u16string(Data.rbegin(), Data.rend())); }
+	bool RemoveFromStart(const FString& Prefix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) { return RemoveFromStart(FStringView(Prefix), SearchCase); }
+	bool RemoveFromEnd(const FString& Suffix, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) { return RemoveFromEnd(FStringView(Suffix), SearchCase); }
+	FString Reverse() const { FString Result(*this); std::reverse(Result.Data.begin(), Result.Data.end()); return Result; }
 
 	bool IsNumeric() const;
 	bool ToBool() const;
 	static FString FromInt(int32 Num);
 	static FString SanitizeFloat(double Value, int32 MinFractionalDigits = 1);
-	static FString Chr(TCHAR Character) { return FString(std::u16string(1, Character)); }
-	static FString ChrN(int32 Count, TCHAR Character) { return FString(std::u16string((size_t)(Count > 0 ? Count : 0), Character)); }
+	static FString Chr(TCHAR Character) { return FString(FStringView(&Character, 1)); }
+	static FString ChrN(int32 Count, TCHAR Character) { FString Result; Result.Data.assign((size_t)(Count > 0 ? Count : 0), Character); return Result; }
 
 	template <typename RangeType>
 	static FString Join(const RangeType& Range, const TCHAR* Separator)
@@ -282,9 +352,16 @@ private:
 
 uint32 GetTypeHash(const FString& Text);
 
+template <typename CharType>
+inline TStringView<CharType>::TStringView(const FString& String)
+	: Data(*String)
+	, Size(String.Len())
+{
+}
+
 // Host-side conversions to and from the narrow strings of the C++ library (UTF-8).
-std::string UECompatToUtf8(FStringView Text);
-FString UECompatFromUtf8(std::string_view Text);
+UE_COMPAT_HOST_ONLY std::string UECompatToUtf8(FStringView Text);
+UE_COMPAT_HOST_ONLY FString UECompatFromUtf8(std::string_view Text);
 
 template <typename T>
 inline FString LexToString(const T& Value)

@@ -15,9 +15,9 @@ public:
 	void SetBool(const TCHAR* Section, const TCHAR* Key, bool Value, const FString& Filename);
 	void SetString(const TCHAR* Section, const TCHAR* Key, const TCHAR* Value, const FString& Filename);
 
-	// Host: replaces the content of one configuration with the text of an ini file.
-	bool LoadFromText(const FString& Filename, const FString& IniText);
-	void Clear(const FString& Filename);
+	// Host: replaces the content of one configuration with the text of an ini file, or empties it.
+	UE_COMPAT_HOST_ONLY bool LoadFromText(const FString& Filename, const FString& IniText);
+	UE_COMPAT_HOST_ONLY void Clear(const FString& Filename);
 
 private:
 	std::recursive_mutex Mutex;

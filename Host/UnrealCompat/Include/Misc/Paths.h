@@ -9,7 +9,7 @@ public:
 	static FString ProjectDir();
 	static FString ProjectSavedDir();
 	static FString ProjectConfigDir();
-	static void SetProjectDirForHost(const FString& Directory);
+	UE_COMPAT_HOST_ONLY static void SetProjectDirForHost(const FString& Directory);
 
 	static FString GetPath(const FString& InPath);
 	static FString GetCleanFilename(const FString& InPath);

@@ -7,6 +7,23 @@
 namespace
 {
 	// "name" or "name:port" with the name one of the loopback names.
+	// Digits only: FString::IsNumeric also takes a sign, a '.' or a lone "-".
+	bool IsPortText(const FString& Text)
+	{
+		if (Text.IsEmpty())
+		{
+			return false;
+		}
+		for (const TCHAR Character : Text)
+		{
+			if (!FChar::IsDigit(Character))
+			{
+				return false;
+			}
+		}
+		return true;
+	}
+
 	bool IsLoopbackAuthority(const FString& Authority)
 	{
 		FString Name = Authority;
@@ -19,7 +36,7 @@ namespace
 			}
 			const FString Rest = Name.Mid(Close + 1);
 			Name = Name.Left(Close + 1);
-			if (!Rest.IsEmpty() && !(Rest.StartsWith(TEXT(":")) && Rest.Len() > 1 && Rest.Mid(1).IsNumeric() && !Rest.Contains(TEXT("."))))
+			if (!Rest.IsEmpty() && !(Rest.StartsWith(TEXT(":")) && IsPortText(Rest.Mid(1))))
 			{
 				return false;
 			}
@@ -31,7 +48,7 @@ namespace
 			if (Authority.Split(TEXT(":"), &HostName, &PortText))
 			{
 				Name = HostName;
-				if (PortText.IsEmpty() || !PortText.IsNumeric() || PortText.Contains(TEXT(".")) || PortText.Contains(TEXT("-")) || PortText.Contains(TEXT("+")))
+				if (!IsPortText(PortText))
 				{
 					return false;
 				}
