@@ -111,11 +111,29 @@ const TCHAR* FSimulatedType::GetPrefixCpp() const
 void FSimulatedType::RebuildPropertyList()
 {
 	AllProperties.clear();
+	std::vector<const FSimulatedType*> Chain;
 	for (const FSimulatedType* Current = this; Current; Current = Current->Super)
 	{
+		Chain.push_back(Current);
 		for (const std::shared_ptr<FSimulatedProperty>& Property : Current->OwnProperties)
 		{
 			AllProperties.push_back(Property.get());
+		}
+	}
+	// The same fields, the outermost super type's block first.
+	TextFieldOrder.clear();
+	std::vector<size_t> BlockStarts;
+	size_t Start = 0;
+	for (const FSimulatedType* Current : Chain)
+	{
+		BlockStarts.push_back(Start);
+		Start += Current->OwnProperties.size();
+	}
+	for (size_t ChainIndex = Chain.size(); ChainIndex-- > 0;)
+	{
+		for (size_t Index = 0; Index < Chain[ChainIndex]->OwnProperties.size(); ++Index)
+		{
+			TextFieldOrder.push_back(BlockStarts[ChainIndex] + Index);
 		}
 	}
 }
@@ -340,6 +358,10 @@ FSimulatedObject* FSimulatedEditor::CreateObject(FSimulatedType* Class, FSimulat
 
 FSimulatedValue FSimulatedEditor::MakeDefaultValue(const FSimulatedProperty& Property) const
 {
+	if (Property.Default)
+	{
+		return *Property.Default;
+	}
 	FSimulatedValue Value;
 	if (Property.Type == ESimulatedPropertyType::Struct && Property.TypeObject)
 	{
@@ -348,9 +370,18 @@ FSimulatedValue FSimulatedEditor::MakeDefaultValue(const FSimulatedProperty& Pro
 			Value.Items.push_back(MakeDefaultValue(*Field));
 		}
 	}
-	else if ((Property.Type == ESimulatedPropertyType::ByteEnum || Property.Type == ESimulatedPropertyType::Enum) && Property.TypeObject && !Property.TypeObject->EnumValues.IsEmpty())
+	return Value;
+}
+
+FSimulatedValue FSimulatedEditor::MakeZeroValue(const FSimulatedProperty& Property) const
+{
+	FSimulatedValue Value;
+	if (Property.Type == ESimulatedPropertyType::Struct && Property.TypeObject)
 	{
-		Value.Integer = Property.TypeObject->EnumValues[0];
+		for (const FSimulatedProperty* Field : Property.TypeObject->AllProperties)
+		{
+			Value.Items.push_back(MakeZeroValue(*Field));
+		}
 	}
 	return Value;
 }
@@ -368,17 +399,10 @@ bool FSimulatedEditor::SetPropertyText(FSimulatedObject* Object, const FString& 
 		OutError = FString::Printf(TEXT("%s has no property %s."), *Object->Class->Name, *PropertyName);
 		return false;
 	}
-	return ImportValueText(*Object->Class->AllProperties[(size_t)Index], Object->Values[(size_t)Index], Text, OutError);
+	return ImportValueText(*Object->Class->AllProperties[(size_t)Index], Object->Values[(size_t)Index], Text, OutError, Object);
 }
 
-FString FSimulatedEditor::MakeRegistryTagValue(const FSimulatedProperty& Property, const FSimulatedValue& Value) const
-{
-	FString Text;
-	ExportValueText(Property, Value, false, Text);
-	return Text;
-}
-
-void FSimulatedEditor::RegisterAsset(FSimulatedObject* Asset, const TArray<FZorvekMCPBridgeAssetTag>& ExtraTags)
+FZorvekMCPBridgeAssetData FSimulatedEditor::MakeAssetData(const FSimulatedObject* Asset) const
 {
 	const FSimulatedObject* Package = Asset->GetOutermost();
 	FZorvekMCPBridgeAssetData Entry;
@@ -389,20 +413,64 @@ void FSimulatedEditor::RegisterAsset(FSimulatedObject* Asset, const TArray<FZorv
 	Entry.AssetName = Asset->Name;
 	Entry.AssetClassPath = Asset->Class->GetPathName();
 	Entry.ObjectPath = Asset->GetPathName();
-	// Registry-searchable properties become tags named after the property, as on save.
+	// Registry-searchable properties become tags named after the property, as GetAssetRegistryTags
+	// writes them.
 	for (size_t Index = 0; Index < Asset->Class->AllProperties.size(); ++Index)
 	{
 		const FSimulatedProperty& Property = *Asset->Class->AllProperties[Index];
 		if ((Property.Flags & ZorvekMCPBridgePropertyFlags::AssetRegistrySearchable) != 0)
 		{
-			Entry.Tags.Add({Property.Name, MakeRegistryTagValue(Property, Asset->Values[Index])});
+			FString Text;
+			ExportValueText(Property, Asset->Values[Index], false, Text);
+			Entry.Tags.Add({Property.Name, Text});
 		}
 	}
+	return Entry;
+}
+
+void FSimulatedEditor::RegisterAsset(FSimulatedObject* Asset, const TArray<FZorvekMCPBridgeAssetTag>& ExtraTags)
+{
+	FZorvekMCPBridgeAssetData Entry = MakeAssetData(Asset);
 	for (const FZorvekMCPBridgeAssetTag& Tag : ExtraTags)
 	{
 		Entry.Tags.Add(Tag);
 	}
 	AddRegistryEntry(Entry);
+}
+
+std::vector<const FSimulatedObject*> FSimulatedEditor::GetUnregisteredLoadedAssets() const
+{
+	std::vector<const FSimulatedObject*> Assets;
+	for (const std::unique_ptr<FSimulatedObject>& Object : Objects)
+	{
+		// Top-level objects of content packages; a package that failed to load holds nothing.
+		if (!Object->Outer || !Object->Outer->IsPackage() || !Object->bLoadable || dynamic_cast<const FSimulatedType*>(Object.get()) || Object->Outer->Name.StartsWith(TEXT("/Script/")))
+		{
+			continue;
+		}
+		bool bRegistered = false;
+		for (const FZorvekMCPBridgeAssetData* Entry : FindRegistryEntries(Object->Outer->Name))
+		{
+			bRegistered = bRegistered || Entry->ObjectPath.Equals(Object->GetPathName(), ESearchCase::IgnoreCase);
+		}
+		if (!bRegistered)
+		{
+			Assets.push_back(Object.get());
+		}
+	}
+	return Assets;
+}
+
+FSimulatedObject* FSimulatedEditor::FindObjectByShortName(const FString& Name, const FSimulatedType* Class) const
+{
+	for (const std::unique_ptr<FSimulatedObject>& Object : Objects)
+	{
+		if (!Object->IsPackage() && Object->Name.Equals(Name, ESearchCase::IgnoreCase) && (!Class || Object->Class->IsChildOf(Class)))
+		{
+			return Object.get();
+		}
+	}
+	return nullptr;
 }
 
 void FSimulatedEditor::AddRegistryEntry(const FZorvekMCPBridgeAssetData& Entry)

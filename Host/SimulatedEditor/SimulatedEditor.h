@@ -40,6 +40,36 @@ enum class ESimulatedPropertyType : uint8
 	Array
 };
 
+// The identity an FText carries, which decides its export form.
+enum class ESimulatedTextIdentity : uint8
+{
+	// FText::FromString made in the editor: exported as the bare string.
+	None,
+	// Namespace, key and source: NSLOCTEXT("Namespace", "Key", "Source").
+	Localized,
+	// INVTEXT("Source").
+	CultureInvariant,
+	// A string table entry: LOCTABLE("TableId", "Key"), with the table id in TextNamespace.
+	StringTable
+};
+
+// One value of a property. Which members count depends on the property type: Bool; Integer for
+// integers and enums; Real for floats; Text for strings, names (empty for None), a text's source
+// string (with TextIdentity, TextNamespace and TextKey) and soft paths; Object for references;
+// Items for struct fields (in the struct's field order) and array elements.
+struct FSimulatedValue
+{
+	bool Bool = false;
+	int64 Integer = 0;
+	double Real = 0.0;
+	FString Text;
+	ESimulatedTextIdentity TextIdentity = ESimulatedTextIdentity::None;
+	FString TextNamespace;
+	FString TextKey;
+	FSimulatedObject* Object = nullptr;
+	std::vector<FSimulatedValue> Items;
+};
+
 struct FSimulatedProperty
 {
 	FString Name;
@@ -49,27 +79,18 @@ struct FSimulatedProperty
 	// class.
 	FSimulatedType* TypeObject = nullptr;
 	std::shared_ptr<FSimulatedProperty> Inner;
-	// False models a property the engine refuses to export (ExportText returns false).
+	// The C++ default of the member (a struct's constructor, a class default); zero when null.
+	std::shared_ptr<FSimulatedValue> Default;
+	// False stands for a property the port cannot export at all (the port's ExportText returns
+	// false); inside structs and arrays such a field is left out.
 	bool bExportable = true;
-};
-
-// One value of a property. Which members count depends on the property type: Bool; Integer for
-// integers and enums; Real for floats; Text for strings, names, texts and unresolved soft paths;
-// Object for references; Items for struct fields (in the struct's field order) and array elements.
-struct FSimulatedValue
-{
-	bool Bool = false;
-	int64 Integer = 0;
-	double Real = 0.0;
-	FString Text;
-	FSimulatedObject* Object = nullptr;
-	std::vector<FSimulatedValue> Items;
 };
 
 // What the material editor knows about an expression class beyond its properties.
 struct FSimulatedExpressionClassInfo
 {
-	// Caption lines as GetCaption gives them; "{Property}" is replaced by that property's export text.
+	// Caption lines as GetCaption adds them, as templates (see FormatCaption); a line that comes
+	// out empty is not added.
 	TArray<FString> CaptionLines;
 	TArray<FZorvekMCPBridgeMaterialOutputSnapshot> Outputs;
 	bool bParameter = false;
@@ -88,6 +109,9 @@ public:
 	std::vector<FSimulatedValue> Values;
 	// False models an asset whose package fails to load.
 	bool bLoadable = true;
+	// Created by its outer's constructor (CreateDefaultSubobject): a reference to it exported
+	// with that outer as owner is just its name.
+	bool bDefaultSubobject = false;
 
 	// The engine's path name: "Package.Asset", "Package.Asset:Sub", "Package.Asset:Sub.Inner".
 	FString GetPathName() const;
@@ -102,11 +126,14 @@ enum class ESimulatedTypeKind : uint8
 	Enum
 };
 
-// Structs whose text form is not the generic "(Field=Value,...)".
+// How a struct's value is written as text.
 enum class ESimulatedStructTextForm : uint8
 {
+	// The generic "(Field=Value,...)": fields equal to their default are left out.
 	Fields,
-	// FGuid: 32 hexadecimal digits.
+	// STRUCT_Atomic / immutable structs (FVector, FRotator, FColor, FIntPoint...): every field.
+	Atomic,
+	// FGuid's native form: 32 hexadecimal digits.
 	Guid,
 	// Kept and exported as the text it was given (instanced structs and the like).
 	Verbatim
@@ -122,6 +149,9 @@ public:
 	std::vector<std::shared_ptr<FSimulatedProperty>> OwnProperties;
 	// The engine's field order: own properties first, then the super type's.
 	std::vector<const FSimulatedProperty*> AllProperties;
+	// Structs: the order the struct exporter writes fields in (super struct's fields first), as
+	// indices into AllProperties.
+	std::vector<size_t> TextFieldOrder;
 	ESimulatedStructTextForm StructTextForm = ESimulatedStructTextForm::Fields;
 	// Enums: enumerator names as authored (EBlendMode: BLEND_Opaque; enum classes: State) and
 	// their values.
@@ -161,13 +191,16 @@ public:
 	// path>, array:<type text>.
 	FSimulatedProperty* AddProperty(FSimulatedType* Owner, const FString& Name, const FString& TypeText, uint64 Flags, FString& OutError);
 	FSimulatedObject* FindOrCreatePackage(const FString& PackageName);
-	// A new object with default values; Name must be unique within Outer.
+	// A new object with its class's default values; Name must be unique within Outer.
 	FSimulatedObject* CreateObject(FSimulatedType* Class, FSimulatedObject* Outer, const FString& Name, FString& OutError);
 	// Imports text into a top-level property, as the engine's ImportText does.
 	bool SetPropertyText(FSimulatedObject* Object, const FString& PropertyName, const FString& Text, FString& OutError);
 	// Adds the asset to the registry, with the given tags and the values of its registry-searchable
 	// properties.
 	void RegisterAsset(FSimulatedObject* Asset, const TArray<FZorvekMCPBridgeAssetTag>& ExtraTags);
+	// The registry entry the engine builds for a loaded asset (FAssetData(Object)): identity and a
+	// tag per registry-searchable property.
+	FZorvekMCPBridgeAssetData MakeAssetData(const FSimulatedObject* Asset) const;
 	// Adds a registry entry as it stands (for assets the registry knows but memory does not).
 	void AddRegistryEntry(const FZorvekMCPBridgeAssetData& Entry);
 
@@ -178,14 +211,39 @@ public:
 	FSimulatedType* FindType(ESimulatedTypeKind Kind, const FString& PathOrShortName) const;
 	const std::vector<FZorvekMCPBridgeAssetData>& GetRegistry() const { return Registry; }
 	TArray<const FZorvekMCPBridgeAssetData*> FindRegistryEntries(const FString& PackageName) const;
+	// Loaded assets the registry has no entry for (created or loaded but never saved and
+	// scanned), in creation order. The engine's in-memory queries list them all the same. An
+	// asset is a loaded object directly inside a /Game-style package; types are not assets.
+	std::vector<const FSimulatedObject*> GetUnregisteredLoadedAssets() const;
 	int32 GetObjectCount() const { return (int32)Objects.size(); }
 
-	// Text forms. Delimited is the form inside structs and arrays (strings and paths quoted).
+	// Text forms (SimulatedTextExport.cpp, SimulatedTextImport.cpp). Delimited is the form inside
+	// structs and arrays (strings, names and paths quoted).
 	FString GetCppType(const FSimulatedProperty& Property) const;
-	bool ExportValueText(const FSimulatedProperty& Property, const FSimulatedValue& Value, bool bDelimited, FString& OutText) const;
-	// Parses Text into a copy and assigns it only when the whole value parsed.
-	bool ImportValueText(const FSimulatedProperty& Property, FSimulatedValue& Value, const FString& Text, FString& OutError) const;
+	// The engine's ExportTextItem with no default value and port flags 0: always writes (False,
+	// 0, 0.000000, None, an empty text for an empty array). Owner is the exporting object, whose
+	// default subobjects are written by name. False only for a property marked unexportable.
+	bool ExportValueText(const FSimulatedProperty& Property, const FSimulatedValue& Value, bool bDelimited, FString& OutText, const FSimulatedObject* Owner = nullptr) const;
+	// The engine's ImportText at top level: reads a prefix of Text and ignores the rest, writes
+	// into Value as it reads (a struct or array that fails halfway keeps what was read before
+	// the failure, as in the engine), resolves object paths from Owner outwards. False, with the
+	// reason, where the engine returns null.
+	bool ImportValueText(const FSimulatedProperty& Property, FSimulatedValue& Value, const FString& Text, FString& OutError, const FSimulatedObject* Owner = nullptr) const;
+	// The C++ default of a member: its "default", else a struct of its fields' defaults, else zero.
 	FSimulatedValue MakeDefaultValue(const FSimulatedProperty& Property) const;
+	// Zero memory of the property's type (structs with every field zero).
+	FSimulatedValue MakeZeroValue(const FSimulatedProperty& Property) const;
+	// The engine's Identical(A, B): B null compares with zero/empty/None/null.
+	bool IsIdenticalValue(const FSimulatedProperty& Property, const FSimulatedValue& A, const FSimulatedValue* B) const;
+
+	// Material expression captions (SimulatedMaterialCaptions.cpp). A template is literal text
+	// with placeholders: {Property} is the property's export text, {Property:%.4g} its number
+	// through one printf conversion, {Property?Then|Else} Then when the value is true, non-zero
+	// or non-empty, else Else (both templates; "|Else" is optional). Property may name a struct
+	// field as Property.Field.
+	FString FormatCaption(const FSimulatedObject& Expression, const FString& Template) const;
+	// Checks a template against a class's properties; false with the reason.
+	bool ValidateCaption(const FSimulatedType& Class, const FString& Template, FString& OutError) const;
 
 	// The core classes every object model needs.
 	FSimulatedType* GetObjectClass() const { return ObjectClass; }
@@ -194,11 +252,14 @@ public:
 private:
 	friend class FSimulatedProjectLoader;
 	friend class FSimulatedTextParser;
+	friend class FSimulatedTextExporter;
 
 	FSimulatedType* AddType(ESimulatedTypeKind Kind, const FString& Path, FSimulatedType* MetaClass, FString& OutError);
 	bool FindSuperType(ESimulatedTypeKind Kind, const FString& SuperPath, const FString& Path, FSimulatedType*& OutSuper, FString& OutError) const;
 	void IndexObject(FSimulatedObject* Object);
-	FString MakeRegistryTagValue(const FSimulatedProperty& Property, const FSimulatedValue& Value) const;
+	// The first object of that name, of the class or a subclass, in creation order: the engine's
+	// search of any package by short name.
+	FSimulatedObject* FindObjectByShortName(const FString& Name, const FSimulatedType* Class) const;
 
 	static std::u16string MakeKey(const FString& Text);
 

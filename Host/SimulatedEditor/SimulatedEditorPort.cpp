@@ -55,6 +55,16 @@ public:
 		{
 			Classes.Add(Editor.FindType(ESimulatedTypeKind::Class, ClassPath));
 		}
+		// Loaded assets come first, as the engine's registry lists its in-memory results before
+		// its disk state; those without an entry would otherwise not be listed at all.
+		for (const FSimulatedObject* Loaded : Editor.GetUnregisteredLoadedAssets())
+		{
+			const FZorvekMCPBridgeAssetData Asset = Editor.MakeAssetData(Loaded);
+			if (MatchesPackagePath(Asset.PackagePath, Filter) && MatchesClass(Asset, Filter, Classes) && !Callback(Asset))
+			{
+				return;
+			}
+		}
 		for (const FZorvekMCPBridgeAssetData& Asset : Editor.GetRegistry())
 		{
 			if (!MatchesPackagePath(Asset.PackagePath, Filter) || !MatchesClass(Asset, Filter, Classes))
@@ -71,6 +81,13 @@ public:
 	TArray<FZorvekMCPBridgeAssetData> GetAssetsByPackageName(const FString& PackageName) const override
 	{
 		TArray<FZorvekMCPBridgeAssetData> Assets;
+		for (const FSimulatedObject* Loaded : Editor.GetUnregisteredLoadedAssets())
+		{
+			if (Loaded->GetOutermost()->Name.Equals(PackageName, ESearchCase::IgnoreCase))
+			{
+				Assets.Add(Editor.MakeAssetData(Loaded));
+			}
+		}
 		for (const FZorvekMCPBridgeAssetData* Entry : Editor.FindRegistryEntries(PackageName))
 		{
 			Assets.Add(*Entry);
@@ -250,7 +267,7 @@ public:
 	bool ImportText(const FZorvekMCPBridgePropertyCursor& Value, const FString& Text) const override
 	{
 		FString Error;
-		return Value.IsValid() && Editor.ImportValueText(*AsProperty(Value), *AsValue(Value), Text, Error);
+		return Value.IsValid() && Editor.ImportValueText(*AsProperty(Value), *AsValue(Value), Text, Error, ToObject(Value.GetOwner()));
 	}
 
 	FString GetPropertyName(const FZorvekMCPBridgePropertyCursor& Value) const override
@@ -287,7 +304,8 @@ public:
 
 	bool ExportText(const FZorvekMCPBridgePropertyCursor& Value, FString& OutText) const override
 	{
-		return Editor.ExportValueText(*AsProperty(Value), *AsValue(Value), false, OutText);
+		// Fails only for a property the fixture marks unexportable.
+		return Editor.ExportValueText(*AsProperty(Value), *AsValue(Value), false, OutText, ToObject(Value.GetOwner()));
 	}
 
 	FZorvekMCPBridgeObjectHandle GetReferencedObject(const FZorvekMCPBridgePropertyCursor& Value) const override
@@ -462,7 +480,7 @@ private:
 		FString Text;
 		if (Value)
 		{
-			Editor.ExportValueText(*Property, *Value, false, Text);
+			Editor.ExportValueText(*Property, *Value, false, Text, Object);
 		}
 		return Text;
 	}
@@ -513,8 +531,8 @@ private:
 		return nullptr;
 	}
 
-	// The caption lines with their placeholders filled, last line first, as the material editor
-	// titles a node.
+	// The caption lines, last line first, as the material editor titles a node; a line that comes
+	// out empty was never added.
 	FString MakeTitle(FSimulatedObject* Expression) const
 	{
 		const FSimulatedExpressionClassInfo* Info = FindExpressionInfo(Expression, [](const FSimulatedExpressionClassInfo& Candidate) { return !Candidate.CaptionLines.IsEmpty(); });
@@ -528,15 +546,11 @@ private:
 		const TArray<FString>& CaptionLines = Info->CaptionLines;
 		for (int32 Index = CaptionLines.Num() - 1; Index >= 0; --Index)
 		{
-			FString Line = CaptionLines[Index];
-			int32 Open = INDEX_NONE;
-			int32 Close = INDEX_NONE;
-			while (Line.FindChar(TEXT('{'), Open) && Line.FindChar(TEXT('}'), Close) && Close > Open)
+			const FString Line = Editor.FormatCaption(*Expression, CaptionLines[Index]);
+			if (!Line.IsEmpty())
 			{
-				const FString PropertyName = Line.Mid(Open + 1, Close - Open - 1);
-				Line = Line.Left(Open) + ExportProperty(Expression, PropertyName) + Line.Mid(Close + 1);
+				Lines.Add(Line);
 			}
-			Lines.Add(Line);
 		}
 		return FString::Join(Lines, TEXT("\n"));
 	}

@@ -164,6 +164,13 @@ private:
 		FString Where;
 	};
 
+	struct FPendingDefault
+	{
+		FSimulatedProperty* Property;
+		FString Text;
+		FString Where;
+	};
+
 	bool Fail(const FString& Where, const FString& Message)
 	{
 		Error = FString::Printf(TEXT("%s %s."), *Where, *Message);
@@ -207,7 +214,10 @@ private:
 					return Fail(Describe(Document.SourceName, TEXT("structs"), Index, Path), TypeError);
 				}
 				const FString TextForm = GetString(Entry, TEXT("text_form"));
-				Struct->StructTextForm = TextForm == TEXT("guid") ? ESimulatedStructTextForm::Guid : (TextForm == TEXT("verbatim") ? ESimulatedStructTextForm::Verbatim : ESimulatedStructTextForm::Fields);
+				if (!ReadStructTextForm(TextForm, Struct->StructTextForm))
+				{
+					return Fail(Describe(Document.SourceName, TEXT("structs"), Index, Path), FString::Printf(TEXT("has an unknown text_form '%s'"), *TextForm));
+				}
 				TypesWithProperties.Add({Struct, Entry, Describe(Document.SourceName, TEXT("structs"), Index, Path)});
 			}
 			const TArray<TSharedPtr<FJsonValue>>& Classes = GetArray(Document.Json, TEXT("classes"));
@@ -236,6 +246,26 @@ private:
 			}
 		}
 		return true;
+	}
+
+	static bool ReadStructTextForm(const FString& Word, ESimulatedStructTextForm& OutForm)
+	{
+		struct FFormWord
+		{
+			const TCHAR* Word;
+			ESimulatedStructTextForm Form;
+		};
+		const FFormWord Forms[] = {{TEXT(""), ESimulatedStructTextForm::Fields}, {TEXT("atomic"), ESimulatedStructTextForm::Atomic}, {TEXT("guid"), ESimulatedStructTextForm::Guid},
+			{TEXT("verbatim"), ESimulatedStructTextForm::Verbatim}};
+		for (const FFormWord& Form : Forms)
+		{
+			if (Word.Equals(Form.Word, ESearchCase::CaseSensitive))
+			{
+				OutForm = Form.Form;
+				return true;
+			}
+		}
+		return false;
 	}
 
 	static std::shared_ptr<FSimulatedExpressionClassInfo> ReadExpressionInfo(const TSharedPtr<FJsonObject>& Json)
@@ -307,6 +337,11 @@ private:
 					return Fail(Where, PropertyError);
 				}
 				Property->bExportable = GetBool(PropertyJson, TEXT("exportable"), true);
+				FString DefaultText;
+				if (PropertyJson->TryGetStringField(TEXT("default"), DefaultText))
+				{
+					PendingDefaults.Add({Property, DefaultText, Where});
+				}
 			}
 		}
 		// Subtypes were created before their supers had all their properties.
@@ -315,6 +350,30 @@ private:
 			if (FSimulatedType* Type = dynamic_cast<FSimulatedType*>(Object.get()))
 			{
 				Type->RebuildPropertyList();
+			}
+		}
+		// Defaults are read once every type is complete, in fixture order: a struct's defaults
+		// count for members declared after it.
+		for (const FPendingDefault& Pending : PendingDefaults)
+		{
+			FSimulatedValue Value = Editor.MakeDefaultValue(*Pending.Property);
+			FString ValueError;
+			if (!Editor.ImportValueText(*Pending.Property, Value, Pending.Text, ValueError))
+			{
+				return Fail(Pending.Where, FString::Printf(TEXT("default: %s"), *ValueError));
+			}
+			Pending.Property->Default = std::make_shared<FSimulatedValue>(Value);
+		}
+		for (const FPendingObject& Pending : TypesWithProperties)
+		{
+			const FSimulatedType* Type = static_cast<const FSimulatedType*>(Pending.Object);
+			for (const FString& Line : Type->ExpressionInfo ? Type->ExpressionInfo->CaptionLines : TArray<FString>())
+			{
+				FString CaptionError;
+				if (!Editor.ValidateCaption(*Type, Line, CaptionError))
+				{
+					return Fail(Pending.Where, CaptionError.LeftChop(1));
+				}
 			}
 		}
 		return true;
@@ -340,6 +399,7 @@ private:
 			return Fail(Where, ObjectError);
 		}
 		Object->bLoadable = GetBool(Json, TEXT("loadable"), true);
+		Object->bDefaultSubobject = GetBool(Json, TEXT("default_subobject"), false);
 		PendingValues.Add({Object, Json, Where});
 		const TArray<TSharedPtr<FJsonValue>>& Subobjects = GetArray(Json, TEXT("subobjects"));
 		for (int32 Index = 0; Index < Subobjects.Num(); ++Index)
@@ -453,6 +513,7 @@ private:
 	FSimulatedEditor& Editor;
 	TArray<FDocument> Documents;
 	TArray<FPendingObject> TypesWithProperties;
+	TArray<FPendingDefault> PendingDefaults;
 	TArray<FPendingObject> PendingValues;
 	TArray<FPendingObject> PendingAssets;
 	TArray<FZorvekMCPBridgeAssetData> RegistryOnlyEntries;

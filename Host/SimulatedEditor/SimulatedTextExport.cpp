@@ -1,64 +1,16 @@
-// The engine's text forms of property values, as the simulated editor exports and imports them:
-// True/False, numbers with six decimals for floats, enumerator names, "(Field=Value,...)" for
-// structs (32 hex digits for GUIDs), "(a,b)" for arrays (empty text for an empty array),
-// Class'Path' for object references and None for null. Inside structs and arrays strings, names
-// and paths are quoted.
+// Property values as text, written the way the engine's ExportTextItem writes them with no
+// default value and port flags 0: True/False, integers, "%f" for floats and doubles, enumerator
+// names, Class'Path' references (a default subobject of the exporting object by name), bare soft
+// paths, FText in its NSLOCTEXT/INVTEXT/LOCTABLE forms, "(Field=Value,...)" for structs (fields
+// equal to their default left out, atomic structs whole), "(a,b)" for arrays and nothing for an
+// empty one. Inside structs and arrays strings, names and references are quoted.
 #include "SimulatedEditor.h"
 
 #include "EditorPort/ZorvekMCPBridgeReflectionPort.h"
 
 namespace
 {
-	bool IsNumberStart(TCHAR Character)
-	{
-		return FChar::IsDigit(Character) || Character == TEXT('-') || Character == TEXT('+') || Character == TEXT('.');
-	}
-
-	// The longest prefix that reads as a number; empty when there is none.
-	FString TakeNumberPrefix(const FString& Token, bool bAllowFraction)
-	{
-		int32 Index = 0;
-		if (Index < Token.Len() && (Token[Index] == TEXT('-') || Token[Index] == TEXT('+')))
-		{
-			++Index;
-		}
-		int32 Digits = 0;
-		while (Index < Token.Len() && FChar::IsDigit(Token[Index]))
-		{
-			++Index;
-			++Digits;
-		}
-		int32 End = Index;
-		if (bAllowFraction && Index < Token.Len() && Token[Index] == TEXT('.'))
-		{
-			++Index;
-			while (Index < Token.Len() && FChar::IsDigit(Token[Index]))
-			{
-				++Index;
-				++Digits;
-			}
-			End = Index;
-			if (Digits > 0 && Index < Token.Len() && (Token[Index] == TEXT('e') || Token[Index] == TEXT('E')))
-			{
-				int32 ExponentIndex = Index + 1;
-				if (ExponentIndex < Token.Len() && (Token[ExponentIndex] == TEXT('-') || Token[ExponentIndex] == TEXT('+')))
-				{
-					++ExponentIndex;
-				}
-				const int32 ExponentStart = ExponentIndex;
-				while (ExponentIndex < Token.Len() && FChar::IsDigit(Token[ExponentIndex]))
-				{
-					++ExponentIndex;
-				}
-				if (ExponentIndex > ExponentStart)
-				{
-					End = ExponentIndex;
-				}
-			}
-		}
-		return Digits > 0 ? Token.Left(End) : FString();
-	}
-
+	// Strings, names and text arguments in quotes, with the escapes the engine writes.
 	FString QuoteText(const FString& Text)
 	{
 		FString Quoted = TEXT("\"");
@@ -67,8 +19,16 @@ namespace
 			if (Character == TEXT('"') || Character == TEXT('\\'))
 			{
 				Quoted += TEXT('\\');
+				Quoted += Character;
 			}
-			Quoted += Character;
+			else if (Character == TEXT('\n'))
+			{
+				Quoted += TEXT("\\n");
+			}
+			else
+			{
+				Quoted += Character;
+			}
 		}
 		Quoted += TEXT('"');
 		return Quoted;
@@ -84,7 +44,180 @@ namespace
 		}
 		return Text;
 	}
+
+	FString GetSoftPath(const FSimulatedValue& Value)
+	{
+		return Value.Object ? Value.Object->GetPathName() : Value.Text;
+	}
 }
+
+// One export: the exporting object stays the same down through struct fields and array elements.
+class FSimulatedTextExporter
+{
+public:
+	FSimulatedTextExporter(const FSimulatedEditor& InEditor, const FSimulatedObject* InOwner)
+		: Editor(InEditor)
+		, Owner(InOwner)
+	{
+	}
+
+	// Defaults is the value compared with inside structs (null: zero), as the engine passes its
+	// default pointer down.
+	void Append(const FSimulatedProperty& Property, const FSimulatedValue& Value, const FSimulatedValue* Defaults, bool bDelimited, FString& Out) const
+	{
+		switch (Property.Type)
+		{
+		case ESimulatedPropertyType::Bool:
+			Out += Value.Bool ? TEXT("True") : TEXT("False");
+			return;
+		case ESimulatedPropertyType::Byte:
+		case ESimulatedPropertyType::Int:
+		case ESimulatedPropertyType::Int64:
+		case ESimulatedPropertyType::UInt16:
+			Out += FString::Printf(TEXT("%lld"), (long long)Value.Integer);
+			return;
+		case ESimulatedPropertyType::Float:
+		case ESimulatedPropertyType::Double:
+			Out += FString::Printf(TEXT("%f"), Value.Real);
+			return;
+		case ESimulatedPropertyType::String:
+			Out += bDelimited ? QuoteText(Value.Text) : Value.Text;
+			return;
+		case ESimulatedPropertyType::Name:
+			// None is "None" at top level and an empty quoted name inside containers.
+			Out += bDelimited ? QuoteText(Value.Text) : (Value.Text.IsEmpty() ? FString(TEXT("None")) : Value.Text);
+			return;
+		case ESimulatedPropertyType::Text:
+			AppendText(Value, bDelimited, Out);
+			return;
+		case ESimulatedPropertyType::ByteEnum:
+		case ESimulatedPropertyType::Enum:
+		{
+			const int32 Index = Property.TypeObject->EnumValues.Find(Value.Integer);
+			Out += Index != INDEX_NONE ? Property.TypeObject->EnumNames[Index] : FString(TEXT("(INVALID)"));
+			return;
+		}
+		case ESimulatedPropertyType::Struct:
+			AppendStruct(*Property.TypeObject, Value, Defaults, Out);
+			return;
+		case ESimulatedPropertyType::Object:
+		case ESimulatedPropertyType::Class:
+			AppendReference(Value, bDelimited, Out);
+			return;
+		case ESimulatedPropertyType::SoftObject:
+		{
+			// The path alone, without the class the hard reference names.
+			const FString Path = GetSoftPath(Value).IsEmpty() ? FString(TEXT("None")) : GetSoftPath(Value);
+			Out += bDelimited ? QuoteText(Path) : Path;
+			return;
+		}
+		case ESimulatedPropertyType::Array:
+			AppendArray(Property, Value, Defaults, Out);
+			return;
+		}
+	}
+
+private:
+	static void AppendText(const FSimulatedValue& Value, bool bDelimited, FString& Out)
+	{
+		switch (Value.TextIdentity)
+		{
+		case ESimulatedTextIdentity::Localized:
+			Out += FString::Printf(TEXT("NSLOCTEXT(%s, %s, %s)"), *QuoteText(Value.TextNamespace), *QuoteText(Value.TextKey), *QuoteText(Value.Text));
+			return;
+		case ESimulatedTextIdentity::CultureInvariant:
+			Out += FString::Printf(TEXT("INVTEXT(%s)"), *QuoteText(Value.Text));
+			return;
+		case ESimulatedTextIdentity::StringTable:
+			Out += FString::Printf(TEXT("LOCTABLE(%s, %s)"), *QuoteText(Value.TextNamespace), *QuoteText(Value.TextKey));
+			return;
+		case ESimulatedTextIdentity::None:
+			Out += bDelimited ? QuoteText(Value.Text) : Value.Text;
+			return;
+		}
+	}
+
+	void AppendReference(const FSimulatedValue& Value, bool bDelimited, FString& Out) const
+	{
+		if (!Value.Object)
+		{
+			Out += TEXT("None");
+			return;
+		}
+		FString Text;
+		if (Owner && Value.Object->bDefaultSubobject && Value.Object->Outer == Owner)
+		{
+			Text = Value.Object->Name;
+		}
+		else
+		{
+			Text = Value.Object->Class->GetPathName() + TEXT("'") + Value.Object->GetPathName() + TEXT("'");
+		}
+		Out += bDelimited ? TEXT("\"") + Text + TEXT("\"") : Text;
+	}
+
+	void AppendStruct(const FSimulatedType& Struct, const FSimulatedValue& Value, const FSimulatedValue* Defaults, FString& Out) const
+	{
+		switch (Struct.StructTextForm)
+		{
+		case ESimulatedStructTextForm::Guid:
+			Out += FormatGuid(Value);
+			return;
+		case ESimulatedStructTextForm::Verbatim:
+			Out += Value.Text;
+			return;
+		case ESimulatedStructTextForm::Atomic:
+			// The engine compares an atomic struct with itself, so every field is written.
+			Defaults = &Value;
+			break;
+		case ESimulatedStructTextForm::Fields:
+			break;
+		}
+		int32 Written = 0;
+		for (const size_t Index : Struct.TextFieldOrder)
+		{
+			const FSimulatedProperty& Field = *Struct.AllProperties[Index];
+			// ShouldPort with port flags 0 drops transient and deprecated fields.
+			if (Index >= Value.Items.size() || !Field.bExportable || (Field.Flags & (ZorvekMCPBridgePropertyFlags::Transient | ZorvekMCPBridgePropertyFlags::Deprecated)) != 0)
+			{
+				continue;
+			}
+			const FSimulatedValue& FieldValue = Value.Items[Index];
+			const FSimulatedValue* FieldDefault = Defaults && Index < Defaults->Items.size() ? &Defaults->Items[Index] : nullptr;
+			// ExportText_InContainer: written when compared with itself or when it differs.
+			if (FieldDefault != &FieldValue && Editor.IsIdenticalValue(Field, FieldValue, FieldDefault))
+			{
+				continue;
+			}
+			Out += Written == 0 ? TEXT("(") : TEXT(",");
+			Out += Field.Name + TEXT("=");
+			Append(Field, FieldValue, FieldDefault, true, Out);
+			++Written;
+		}
+		Out += Written == 0 ? TEXT("()") : TEXT(")");
+	}
+
+	void AppendArray(const FSimulatedProperty& Property, const FSimulatedValue& Value, const FSimulatedValue* Defaults, FString& Out) const
+	{
+		const FSimulatedProperty& Inner = *Property.Inner;
+		// Struct elements are always compared with the struct's C++ default.
+		const bool bStructElements = Inner.Type == ESimulatedPropertyType::Struct;
+		const FSimulatedValue StructDefault = bStructElements ? Editor.MakeDefaultValue(Inner) : FSimulatedValue();
+		for (size_t Index = 0; Index < Value.Items.size(); ++Index)
+		{
+			Out += Index == 0 ? TEXT("(") : TEXT(",");
+			const FSimulatedValue* ElementDefault = bStructElements ? &StructDefault : (Defaults && Index < Defaults->Items.size() ? &Defaults->Items[Index] : nullptr);
+			Append(Inner, Value.Items[Index], ElementDefault, true, Out);
+		}
+		if (!Value.Items.empty())
+		{
+			Out += TEXT(")");
+		}
+	}
+
+	const FSimulatedEditor& Editor;
+	const FSimulatedObject* Owner;
+};
 
 FString FSimulatedEditor::GetCppType(const FSimulatedProperty& Property) const
 {
@@ -130,558 +263,92 @@ FString FSimulatedEditor::GetCppType(const FSimulatedProperty& Property) const
 	return FString();
 }
 
-bool FSimulatedEditor::ExportValueText(const FSimulatedProperty& Property, const FSimulatedValue& Value, bool bDelimited, FString& OutText) const
+bool FSimulatedEditor::ExportValueText(const FSimulatedProperty& Property, const FSimulatedValue& Value, bool bDelimited, FString& OutText, const FSimulatedObject* Owner) const
 {
 	OutText.Reset();
 	if (!Property.bExportable)
 	{
 		return false;
 	}
+	FSimulatedTextExporter(*this, Owner).Append(Property, Value, nullptr, bDelimited, OutText);
+	return true;
+}
+
+bool FSimulatedEditor::IsIdenticalValue(const FSimulatedProperty& Property, const FSimulatedValue& A, const FSimulatedValue* B) const
+{
 	switch (Property.Type)
 	{
 	case ESimulatedPropertyType::Bool:
-		OutText = Value.Bool ? TEXT("True") : TEXT("False");
-		return true;
+		return A.Bool == (B && B->Bool);
 	case ESimulatedPropertyType::Byte:
 	case ESimulatedPropertyType::Int:
 	case ESimulatedPropertyType::Int64:
 	case ESimulatedPropertyType::UInt16:
-		OutText = FString::Printf(TEXT("%lld"), (long long)Value.Integer);
-		return true;
-	case ESimulatedPropertyType::Float:
-	case ESimulatedPropertyType::Double:
-		OutText = FString::Printf(TEXT("%f"), Value.Real);
-		return true;
-	case ESimulatedPropertyType::String:
-	case ESimulatedPropertyType::Name:
-		OutText = bDelimited ? QuoteText(Value.Text) : Value.Text;
-		if (Property.Type == ESimulatedPropertyType::Name && Value.Text.IsEmpty())
-		{
-			OutText = bDelimited ? TEXT("\"None\"") : TEXT("None");
-		}
-		return true;
-	case ESimulatedPropertyType::Text:
-		OutText = FString::Printf(TEXT("INVTEXT(%s)"), *QuoteText(Value.Text));
-		return true;
 	case ESimulatedPropertyType::ByteEnum:
 	case ESimulatedPropertyType::Enum:
-	{
-		const int32 Index = Property.TypeObject->EnumValues.Find(Value.Integer);
-		OutText = Index != INDEX_NONE ? Property.TypeObject->EnumNames[Index] : FString(TEXT("(INVALID)"));
-		return true;
-	}
+		return A.Integer == (B ? B->Integer : 0);
+	case ESimulatedPropertyType::Float:
+	case ESimulatedPropertyType::Double:
+		// Exact comparison: -0.0 equals 0.0, 1e-9 does not.
+		return A.Real == (B ? B->Real : 0.0);
+	case ESimulatedPropertyType::String:
+	case ESimulatedPropertyType::Name:
+		// FString and FName equality ignore case.
+		return B ? A.Text.Equals(B->Text, ESearchCase::IgnoreCase) : A.Text.IsEmpty();
+	case ESimulatedPropertyType::Text:
+		if (!B)
+		{
+			// Against nothing, a text counts as default when its display string is empty; a string
+			// table reference always shows something.
+			return A.TextIdentity != ESimulatedTextIdentity::StringTable && A.Text.IsEmpty();
+		}
+		return A.TextIdentity == B->TextIdentity && A.Text.Equals(B->Text, ESearchCase::CaseSensitive) && A.TextNamespace.Equals(B->TextNamespace, ESearchCase::CaseSensitive)
+			&& A.TextKey.Equals(B->TextKey, ESearchCase::CaseSensitive);
 	case ESimulatedPropertyType::Struct:
 	{
-		const FSimulatedType* Struct = Property.TypeObject;
-		if (Struct->StructTextForm == ESimulatedStructTextForm::Guid)
+		// A struct is never identical to nothing (CompareScriptStruct with a null side).
+		if (!B)
 		{
-			OutText = FormatGuid(Value);
-			return true;
+			return false;
 		}
-		if (Struct->StructTextForm == ESimulatedStructTextForm::Verbatim)
+		if (Property.TypeObject->StructTextForm == ESimulatedStructTextForm::Verbatim)
 		{
-			OutText = Value.Text;
-			return true;
+			return A.Text.Equals(B->Text, ESearchCase::CaseSensitive);
 		}
-		int32 Written = 0;
-		for (size_t Index = 0; Index < Struct->AllProperties.size() && Index < Value.Items.size(); ++Index)
+		const std::vector<const FSimulatedProperty*>& Fields = Property.TypeObject->AllProperties;
+		for (size_t Index = 0; Index < Fields.size() && Index < A.Items.size() && Index < B->Items.size(); ++Index)
 		{
-			const FSimulatedProperty& Field = *Struct->AllProperties[Index];
-			FString FieldText;
-			if ((Field.Flags & ZorvekMCPBridgePropertyFlags::Deprecated) != 0 || !ExportValueText(Field, Value.Items[Index], true, FieldText))
+			if (!IsIdenticalValue(*Fields[Index], A.Items[Index], &B->Items[Index]))
 			{
-				continue;
+				return false;
 			}
-			OutText += Written == 0 ? TEXT("(") : TEXT(",");
-			OutText += Field.Name + TEXT("=") + FieldText;
-			++Written;
 		}
-		OutText += Written == 0 ? TEXT("()") : TEXT(")");
 		return true;
 	}
 	case ESimulatedPropertyType::Object:
 	case ESimulatedPropertyType::Class:
-		if (!Value.Object)
-		{
-			OutText = TEXT("None");
-			return true;
-		}
-		OutText = FString::Printf(bDelimited ? TEXT("%s'\"%s\"'") : TEXT("%s'%s'"), *Value.Object->Class->GetPathName(), *Value.Object->GetPathName());
-		return true;
+		return A.Object == (B ? B->Object : nullptr);
 	case ESimulatedPropertyType::SoftObject:
-	{
-		const FString Path = Value.Object ? Value.Object->GetPathName() : Value.Text;
-		OutText = Path.IsEmpty() ? FString(TEXT("None")) : (bDelimited ? QuoteText(Path) : Path);
-		return true;
-	}
+		return B ? GetSoftPath(A).Equals(GetSoftPath(*B), ESearchCase::IgnoreCase) : GetSoftPath(A).IsEmpty();
 	case ESimulatedPropertyType::Array:
-		for (size_t Index = 0; Index < Value.Items.size(); ++Index)
-		{
-			FString ItemText;
-			ExportValueText(*Property.Inner, Value.Items[Index], true, ItemText);
-			OutText += Index == 0 ? TEXT("(") : TEXT(",");
-			OutText += ItemText;
-		}
-		if (!Value.Items.empty())
-		{
-			OutText += TEXT(")");
-		}
-		return true;
-	}
-	return false;
-}
-
-// Reads one value in the engine's text form. Top-level values take the whole text; delimited
-// ones (inside structs and arrays) end at a "," or ")" outside quotes and parentheses.
-class FSimulatedTextParser
-{
-public:
-	FSimulatedTextParser(const FSimulatedEditor& InEditor, const FString& InText)
-		: Editor(InEditor)
-		, Text(InText)
 	{
-	}
-
-	bool ParseValue(const FSimulatedProperty& Property, FSimulatedValue& Value, bool bDelimited)
-	{
-		SkipWhitespace();
-		switch (Property.Type)
+		if (!B)
 		{
-		case ESimulatedPropertyType::Bool:
-		{
-			const FString Token = ReadToken(bDelimited);
-			if (Token.Equals(TEXT("True"), ESearchCase::IgnoreCase) || Token.Equals(TEXT("Yes"), ESearchCase::IgnoreCase) || Token == TEXT("1"))
-			{
-				Value.Bool = true;
-				return true;
-			}
-			if (Token.Equals(TEXT("False"), ESearchCase::IgnoreCase) || Token.Equals(TEXT("No"), ESearchCase::IgnoreCase) || Token == TEXT("0"))
-			{
-				Value.Bool = false;
-				return true;
-			}
-			return Fail(FString::Printf(TEXT("'%s' is not a bool."), *Token));
+			return A.Items.empty();
 		}
-		case ESimulatedPropertyType::Byte:
-		case ESimulatedPropertyType::Int:
-		case ESimulatedPropertyType::Int64:
-		case ESimulatedPropertyType::UInt16:
-		{
-			const FString Token = ReadToken(bDelimited);
-			const FString Number = TakeNumberPrefix(Token, true);
-			if (Number.IsEmpty() || !IsNumberStart(Token[0]))
-			{
-				return Fail(FString::Printf(TEXT("'%s' is not a number."), *Token));
-			}
-			Value.Integer = (int64)FCString::Atod(*Number);
-			if (Property.Type == ESimulatedPropertyType::Byte)
-			{
-				Value.Integer &= 0xFF;
-			}
-			else if (Property.Type == ESimulatedPropertyType::UInt16)
-			{
-				Value.Integer &= 0xFFFF;
-			}
-			else if (Property.Type == ESimulatedPropertyType::Int)
-			{
-				Value.Integer = (int32)Value.Integer;
-			}
-			return true;
-		}
-		case ESimulatedPropertyType::Float:
-		case ESimulatedPropertyType::Double:
-		{
-			const FString Token = ReadToken(bDelimited);
-			const FString Number = Token.IsEmpty() ? FString() : TakeNumberPrefix(Token, true);
-			if (Number.IsEmpty())
-			{
-				return Fail(FString::Printf(TEXT("'%s' is not a number."), *Token));
-			}
-			Value.Real = FCString::Atod(*Number);
-			if (Property.Type == ESimulatedPropertyType::Float)
-			{
-				Value.Real = (double)(float)Value.Real;
-			}
-			return true;
-		}
-		case ESimulatedPropertyType::String:
-		case ESimulatedPropertyType::Name:
-		{
-			if (Peek() == TEXT('"'))
-			{
-				return ReadQuoted(Value.Text);
-			}
-			Value.Text = bDelimited ? ReadToken(true) : Text.Mid(Position);
-			Position = bDelimited ? Position : Text.Len();
-			if (Property.Type == ESimulatedPropertyType::Name && Value.Text.Equals(TEXT("None"), ESearchCase::IgnoreCase))
-			{
-				Value.Text.Reset();
-			}
-			return true;
-		}
-		case ESimulatedPropertyType::Text:
-			return ParseText(Value, bDelimited);
-		case ESimulatedPropertyType::ByteEnum:
-		case ESimulatedPropertyType::Enum:
-			return ParseEnum(Property, Value, bDelimited);
-		case ESimulatedPropertyType::Struct:
-			return ParseStruct(Property, Value, bDelimited);
-		case ESimulatedPropertyType::Object:
-		case ESimulatedPropertyType::Class:
-		case ESimulatedPropertyType::SoftObject:
-			return ParseReference(Property, Value, bDelimited);
-		case ESimulatedPropertyType::Array:
-			return ParseArray(Property, Value);
-		}
-		return Fail(TEXT("Unknown property type."));
-	}
-
-	const FString& GetError() const { return Error; }
-
-private:
-	TCHAR Peek() const { return Position < Text.Len() ? Text[Position] : TEXT('\0'); }
-
-	void SkipWhitespace()
-	{
-		while (Position < Text.Len() && FChar::IsWhitespace(Text[Position]))
-		{
-			++Position;
-		}
-	}
-
-	bool Fail(const FString& Message)
-	{
-		if (Error.IsEmpty())
-		{
-			Error = Message;
-		}
-		return false;
-	}
-
-	// Up to the next top-level "," or ")" when delimited, else the rest of the text; trimmed.
-	FString ReadToken(bool bDelimited)
-	{
-		const int32 Start = Position;
-		int32 Depth = 0;
-		bool bInQuotes = false;
-		while (Position < Text.Len())
-		{
-			const TCHAR Character = Text[Position];
-			if (bInQuotes)
-			{
-				if (Character == TEXT('\\'))
-				{
-					++Position;
-				}
-				else if (Character == TEXT('"'))
-				{
-					bInQuotes = false;
-				}
-			}
-			else if (Character == TEXT('"'))
-			{
-				bInQuotes = true;
-			}
-			else if (Character == TEXT('('))
-			{
-				++Depth;
-			}
-			else if (Character == TEXT(')') || Character == TEXT(','))
-			{
-				if (bDelimited && Depth == 0)
-				{
-					break;
-				}
-				if (Character == TEXT(')'))
-				{
-					--Depth;
-				}
-			}
-			++Position;
-		}
-		return Text.Mid(Start, Position - Start).TrimStartAndEnd();
-	}
-
-	bool ReadQuoted(FString& OutText)
-	{
-		OutText.Reset();
-		if (Peek() != TEXT('"'))
-		{
-			return Fail(TEXT("Expected a quoted text."));
-		}
-		++Position;
-		while (Position < Text.Len())
-		{
-			TCHAR Character = Text[Position++];
-			if (Character == TEXT('"'))
-			{
-				return true;
-			}
-			if (Character == TEXT('\\') && Position < Text.Len())
-			{
-				Character = Text[Position++];
-				if (Character == TEXT('n'))
-				{
-					Character = TEXT('\n');
-				}
-				else if (Character == TEXT('t'))
-				{
-					Character = TEXT('\t');
-				}
-			}
-			OutText += Character;
-		}
-		return Fail(TEXT("A quoted text is not closed."));
-	}
-
-	bool Expect(TCHAR Character)
-	{
-		SkipWhitespace();
-		if (Peek() != Character)
-		{
-			return Fail(FString::Printf(TEXT("Expected '%c' at position %d."), Character, Position));
-		}
-		++Position;
-		return true;
-	}
-
-	// INVTEXT("..."), NSLOCTEXT("Namespace", "Key", "Source"), LOCTEXT("Key", "Source"), a quoted
-	// text or a bare one.
-	bool ParseText(FSimulatedValue& Value, bool bDelimited)
-	{
-		for (const TCHAR* Macro : {TEXT("INVTEXT("), TEXT("NSLOCTEXT("), TEXT("LOCTEXT(")})
-		{
-			if (Text.Mid(Position).StartsWith(Macro, ESearchCase::CaseSensitive))
-			{
-				Position += FCString::Strlen(Macro);
-				// The last argument is the source text.
-				FString Argument;
-				while (true)
-				{
-					SkipWhitespace();
-					if (!ReadQuoted(Argument))
-					{
-						return false;
-					}
-					SkipWhitespace();
-					if (Peek() != TEXT(','))
-					{
-						break;
-					}
-					++Position;
-				}
-				Value.Text = Argument;
-				return Expect(TEXT(')'));
-			}
-		}
-		if (Peek() == TEXT('"'))
-		{
-			return ReadQuoted(Value.Text);
-		}
-		Value.Text = bDelimited ? ReadToken(true) : Text.Mid(Position);
-		Position = bDelimited ? Position : Text.Len();
-		return true;
-	}
-
-	bool ParseEnum(const FSimulatedProperty& Property, FSimulatedValue& Value, bool bDelimited)
-	{
-		FString Token = ReadToken(bDelimited);
-		FString Qualifier;
-		FString ShortName;
-		if (Token.Split(TEXT("::"), &Qualifier, &ShortName))
-		{
-			Token = ShortName;
-		}
-		const FSimulatedType* Enum = Property.TypeObject;
-		for (int32 Index = 0; Index < Enum->EnumNames.Num(); ++Index)
-		{
-			if (Enum->EnumNames[Index].Equals(Token, ESearchCase::IgnoreCase))
-			{
-				Value.Integer = Enum->EnumValues[Index];
-				return true;
-			}
-		}
-		const FString Number = TakeNumberPrefix(Token, false);
-		if (!Number.IsEmpty() && Enum->EnumValues.Contains(FCString::Atoi64(*Number)))
-		{
-			Value.Integer = FCString::Atoi64(*Number);
-			return true;
-		}
-		return Fail(FString::Printf(TEXT("'%s' is not a value of %s."), *Token, *Enum->Name));
-	}
-
-	bool ParseStruct(const FSimulatedProperty& Property, FSimulatedValue& Value, bool bDelimited)
-	{
-		const FSimulatedType* Struct = Property.TypeObject;
-		if (Struct->StructTextForm == ESimulatedStructTextForm::Verbatim)
-		{
-			Value.Text = bDelimited ? ReadToken(true) : Text.Mid(Position).TrimStartAndEnd();
-			Position = bDelimited ? Position : Text.Len();
-			return true;
-		}
-		if (Struct->StructTextForm == ESimulatedStructTextForm::Guid)
-		{
-			FString Digits = ReadToken(bDelimited).Replace(TEXT("-"), TEXT("")).Replace(TEXT("{"), TEXT("")).Replace(TEXT("}"), TEXT(""));
-			if (Digits.Len() != 32)
-			{
-				return Fail(FString::Printf(TEXT("'%s' is not a GUID of 32 hexadecimal digits."), *Digits));
-			}
-			Value.Items.resize(4);
-			for (int32 Part = 0; Part < 4; ++Part)
-			{
-				uint32 PartValue = 0;
-				for (int32 Index = Part * 8; Index < Part * 8 + 8; ++Index)
-				{
-					const int32 DigitValue = GetHexDigitValue(Digits[Index]);
-					if (DigitValue < 0)
-					{
-						return Fail(FString::Printf(TEXT("'%s' is not a GUID of 32 hexadecimal digits."), *Digits));
-					}
-					PartValue = PartValue * 16 + (uint32)DigitValue;
-				}
-				Value.Items[(size_t)Part].Integer = (int32)PartValue;
-			}
-			return true;
-		}
-		return ParseList([this, Struct, &Value]()
-		{
-			SkipWhitespace();
-			const int32 NameStart = Position;
-			while (Position < Text.Len() && Text[Position] != TEXT('=') && Text[Position] != TEXT(',') && Text[Position] != TEXT(')'))
-			{
-				++Position;
-			}
-			const FString FieldName = Text.Mid(NameStart, Position - NameStart).TrimStartAndEnd();
-			if (!Expect(TEXT('=')))
-			{
-				return false;
-			}
-			const int32 FieldIndex = Struct->FindPropertyIndex(FieldName);
-			if (FieldIndex == INDEX_NONE)
-			{
-				return Fail(FString::Printf(TEXT("%s has no field %s."), *Struct->Name, *FieldName));
-			}
-			return ParseValue(*Struct->AllProperties[(size_t)FieldIndex], Value.Items[(size_t)FieldIndex], true);
-		});
-	}
-
-	// "(item,item,...)" or "()", with ParseItem reading one item.
-	bool ParseList(TFunctionRef<bool()> ParseItem)
-	{
-		if (!Expect(TEXT('(')))
+		if (A.Items.size() != B->Items.size())
 		{
 			return false;
 		}
-		SkipWhitespace();
-		if (Peek() == TEXT(')'))
+		for (size_t Index = 0; Index < A.Items.size(); ++Index)
 		{
-			++Position;
-			return true;
-		}
-		while (true)
-		{
-			if (!ParseItem())
-			{
-				return false;
-			}
-			SkipWhitespace();
-			if (Peek() != TEXT(','))
-			{
-				return Expect(TEXT(')'));
-			}
-			++Position;
-		}
-	}
-
-	bool ParseReference(const FSimulatedProperty& Property, FSimulatedValue& Value, bool bDelimited)
-	{
-		FString Path;
-		if (Peek() == TEXT('"'))
-		{
-			if (!ReadQuoted(Path))
+			if (!IsIdenticalValue(*Property.Inner, A.Items[Index], &B->Items[Index]))
 			{
 				return false;
 			}
 		}
-		else
-		{
-			Path = ReadToken(bDelimited);
-		}
-		// Class'Path' and Class'"Path"' name the class first.
-		int32 QuoteIndex = INDEX_NONE;
-		if (Path.FindChar(TEXT('\''), QuoteIndex) && Path.EndsWith(TEXT("'")) && Path.Len() > QuoteIndex + 1)
-		{
-			Path = Path.Mid(QuoteIndex + 1, Path.Len() - QuoteIndex - 2).TrimQuotes();
-		}
-		Value.Object = nullptr;
-		Value.Text.Reset();
-		if (Path.IsEmpty() || Path.Equals(TEXT("None"), ESearchCase::IgnoreCase))
-		{
-			return true;
-		}
-		FSimulatedObject* Target = Editor.FindObject(Path);
-		if (Property.Type == ESimulatedPropertyType::SoftObject)
-		{
-			// Soft references may name assets that are not in memory.
-			Value.Object = Target;
-			Value.Text = Path;
-			return true;
-		}
-		if (!Target)
-		{
-			return Fail(FString::Printf(TEXT("No object %s."), *Path));
-		}
-		if (Property.Type == ESimulatedPropertyType::Class)
-		{
-			const FSimulatedType* TargetClass = dynamic_cast<const FSimulatedType*>(Target);
-			if (!TargetClass || TargetClass->Kind != ESimulatedTypeKind::Class || !TargetClass->IsChildOf(Property.TypeObject))
-			{
-				return Fail(FString::Printf(TEXT("%s is not a class derived from %s."), *Path, *Property.TypeObject->Name));
-			}
-		}
-		else if (!Target->Class->IsChildOf(Property.TypeObject))
-		{
-			return Fail(FString::Printf(TEXT("%s is not a %s."), *Path, *Property.TypeObject->Name));
-		}
-		Value.Object = Target;
 		return true;
 	}
-
-	bool ParseArray(const FSimulatedProperty& Property, FSimulatedValue& Value)
-	{
-		Value.Items.clear();
-		SkipWhitespace();
-		if (Position >= Text.Len())
-		{
-			return true;
-		}
-		return ParseList([this, &Property, &Value]()
-		{
-			FSimulatedValue Item = Editor.MakeDefaultValue(*Property.Inner);
-			if (!ParseValue(*Property.Inner, Item, true))
-			{
-				return false;
-			}
-			Value.Items.push_back(std::move(Item));
-			return true;
-		});
 	}
-
-	const FSimulatedEditor& Editor;
-	const FString& Text;
-	int32 Position = 0;
-	FString Error;
-};
-
-bool FSimulatedEditor::ImportValueText(const FSimulatedProperty& Property, FSimulatedValue& Value, const FString& Text, FString& OutError) const
-{
-	FSimulatedValue Parsed = Value;
-	FSimulatedTextParser Parser(*this, Text);
-	if (!Parser.ParseValue(Property, Parsed, false))
-	{
-		OutError = Parser.GetError();
-		return false;
-	}
-	Value = std::move(Parsed);
-	return true;
+	return false;
 }

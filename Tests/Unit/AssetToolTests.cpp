@@ -151,15 +151,17 @@ TEST_F(AssetToolTest, InspectFailuresNameWhatWentWrong)
 	EXPECT_EQ(S(Wrong->GetArrayField(TEXT("partial_failures"))[0]->AsObject()->GetStringField(TEXT("reason"))), "No asset registry data found for package '/Game/Nowhere/X'.");
 }
 
-TEST_F(AssetToolTest, InspectGoesOnWithoutRegistryDataAndHonoursTheLimit)
+TEST_F(AssetToolTest, InspectReadsUnsavedAssetsFromMemoryAndHonoursTheLimit)
 {
-	// In memory but never saved: no registry section, a note, and the rest of the reply.
+	// In memory but never saved: the registry's in-memory data stands in for an entry
+	// (unreal-behaviour-world-assets.md §6.2), so there is a registry section and no note.
 	const TSharedPtr<FJsonObject> Unsaved = Inspect(Arguments({{TEXT("AssetNameOrPath"), Text(TEXT("/Game/Scratch/DA_Unsaved"))}, {TEXT("PropertyLimit"), Text(TEXT("2"))}}));
-	EXPECT_FALSE(Unsaved->HasField(TEXT("asset_registry_tags")));
+	EXPECT_EQ(S(Unsaved->GetStringField(TEXT("asset_registry_class_path"))), "/Script/SampleGame.LootTableDataAsset");
+	EXPECT_EQ(S(Unsaved->GetObjectField(TEXT("asset_registry_tags"))->GetStringField(TEXT("TableName"))), "Scratch");
 	EXPECT_EQ(S(Unsaved->GetStringField(TEXT("native_class_path"))), "/Script/SampleGame.LootTableDataAsset");
 	EXPECT_FALSE(Unsaved->GetBoolField(TEXT("is_blueprint")));
 	EXPECT_EQ(Unsaved->GetObjectField(TEXT("properties"))->Values.Num(), 2);
-	EXPECT_EQ(Stages(Unsaved), (std::vector<std::string>{"asset_registry", "properties"}));
+	EXPECT_EQ(Stages(Unsaved), (std::vector<std::string>{"properties"}));
 
 	// 0 means no limit; the export refusal of PreviewCache is reported either way.
 	const TSharedPtr<FJsonObject> Loot = Inspect(Arguments({{TEXT("AssetNameOrPath"), Text(TEXT("DA_LootTable"))}, {TEXT("PropertyLimit"), Number(0)}}));
@@ -176,7 +178,7 @@ TEST_F(AssetToolTest, InspectFillsTheSectionOfEachFamily)
 	EXPECT_EQ(S(Emissive->GetStringField(TEXT("blend_mode"))), "BLEND_Translucent");
 	EXPECT_TRUE(Emissive->GetBoolField(TEXT("two_sided")));
 	EXPECT_EQ(Emissive->GetIntegerField(TEXT("expression_count")), 3);
-	EXPECT_EQ(S(Emissive->GetArrayField(TEXT("root_inputs"))[4]->AsObject()->GetStringField(TEXT("source_node_title"))), "(R=4.000000,G=1.500000,B=0.200000,A=1.000000)");
+	EXPECT_EQ(S(Emissive->GetArrayField(TEXT("root_inputs"))[4]->AsObject()->GetStringField(TEXT("source_node_title"))), "4,1.5,0.2");
 }
 
 TEST_F(AssetToolTest, InspectingEveryAssetChangesNothing)

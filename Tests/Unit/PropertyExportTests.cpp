@@ -233,7 +233,7 @@ TEST_F(PropertyExportTest, NestedStructsUnpackUpToTheMaximumDepth)
 	EXPECT_TRUE(ExportStructJson(*Port, Property(TEXT("TableName")), 0, 4)->Values.IsEmpty());
 }
 
-TEST_F(PropertyExportTest, ImportReportsEachFailureAndChangesNothingOnFailure)
+TEST_F(PropertyExportTest, ImportFailsOnlyWhereTheEngineFails)
 {
 	FString Error;
 	EXPECT_FALSE(ImportPropertyText(*Port, FZorvekMCPBridgeObjectHandle(), TEXT("TableName"), TEXT("X"), Error));
@@ -242,23 +242,27 @@ TEST_F(PropertyExportTest, ImportReportsEachFailureAndChangesNothingOnFailure)
 	EXPECT_FALSE(ImportPropertyText(*Port, LootTable, TEXT("Tables.Name"), TEXT("X"), Error));
 	EXPECT_EQ(S(Error), "Property 'Tables.Name' was not found on LootTableDataAsset.");
 
+	// An integer without digits fails and leaves the value (unreal-behaviour-world-assets.md §1.9).
 	EXPECT_FALSE(ImportPropertyText(*Port, LootTable, TEXT("InternalSeed"), TEXT("many"), Error));
 	EXPECT_EQ(S(Error), "Could not import value 'many' for property 'InternalSeed'.");
 	EXPECT_EQ(S(ExportPropertyValueJson(*Port, Property(TEXT("InternalSeed")), 0, 4)->GetStringField(TEXT("value"))), "1234");
+	// So does a class of the wrong meta class.
+	EXPECT_FALSE(ImportPropertyText(*Port, LootTable, TEXT("NativeClass"), TEXT("/Script/Engine.Actor"), Error));
+	EXPECT_EQ(S(Error), "Could not import value '/Script/Engine.Actor' for property 'NativeClass'.");
 
-	// A reference of the wrong class is refused; the old value stays.
-	EXPECT_FALSE(ImportPropertyText(*Port, LootTable, TEXT("FallbackTable"), TEXT("/Game/Materials/M_Rock.M_Rock"), Error));
-	FString Fallback;
-	Property(TEXT("FallbackTable")).ExportText(Fallback);
-	EXPECT_EQ(S(Fallback), "None");
+	// A reference to an object of another class finds nothing of the property's class: null,
+	// and a success (§1.9).
+	ASSERT_TRUE(ImportPropertyText(*Port, LootTable, TEXT("FallbackTable"), TEXT("/Game/Data/DA_LootTable.DA_LootTable"), Error)) << S(Error);
+	ASSERT_TRUE(ImportPropertyText(*Port, LootTable, TEXT("FallbackTable"), TEXT("/Game/Materials/M_Rock.M_Rock"), Error)) << S(Error);
+	EXPECT_FALSE(Property(TEXT("FallbackTable")).GetReferencedObject().IsValid());
 
-	// A struct text that breaks halfway leaves the whole struct as it was.
-	FString SummaryBefore;
-	Property(TEXT("Summary")).ExportText(SummaryBefore);
-	EXPECT_FALSE(ImportPropertyText(*Port, LootTable, TEXT("Summary"), TEXT("(Value=1,Nope=2)"), Error));
-	FString SummaryAfter;
-	Property(TEXT("Summary")).ExportText(SummaryAfter);
-	EXPECT_EQ(S(SummaryAfter), S(SummaryBefore));
+	// A misspelled struct field is skipped and the rest imported (§1.7).
+	ASSERT_TRUE(ImportPropertyText(*Port, LootTable, TEXT("Summary"), TEXT("(Value=1,Nope=2)"), Error)) << S(Error);
+	EXPECT_EQ(S(ExportPropertyValueJson(*Port, Property(TEXT("Summary")).FindStructField(TEXT("Value")), 0, 4)->GetStringField(TEXT("value"))), "1");
+	// A struct text that breaks after its first field fails, and the engine has written that
+	// field already.
+	EXPECT_FALSE(ImportPropertyText(*Port, LootTable, TEXT("Summary"), TEXT("(Value=2,Icon=None"), Error));
+	EXPECT_EQ(S(ExportPropertyValueJson(*Port, Property(TEXT("Summary")).FindStructField(TEXT("Value")), 0, 4)->GetStringField(TEXT("value"))), "2");
 }
 
 TEST_F(PropertyExportTest, ImportSetsOneValueAndKeepsUnnamedStructFields)
@@ -270,8 +274,35 @@ TEST_F(PropertyExportTest, ImportSetsOneValueAndKeepsUnnamedStructFields)
 	FString Text;
 	Property(TEXT("InternalSeed")).ExportText(Text);
 	EXPECT_EQ(S(Text), "42");
+	// The transient CachedScore is not written (§1.2); the reference is quoted whole (§1.4).
 	Property(TEXT("Summary")).ExportText(Text);
-	EXPECT_EQ(S(Text), "(DisplayName=INVTEXT(\"Forest Loot\"),Value=99,Icon=/Script/Engine.Texture2D'\"/Game/Textures/T_M_Rock_D.T_M_Rock_D\"',"
-		"Tint=(R=0.200000,G=0.900000,B=0.300000,A=1.000000),CachedScore=0.000000)");
+	EXPECT_EQ(S(Text), "(DisplayName=INVTEXT(\"Forest Loot\"),Value=99,Icon=\"/Script/Engine.Texture2D'/Game/Textures/T_M_Rock_D.T_M_Rock_D'\","
+		"Tint=(R=0.200000,G=0.900000,B=0.300000,A=1.000000))");
 	EXPECT_EQ(S(Property(TEXT("FallbackTable")).GetReferencedObject().IsValid() ? Port->GetObjects().GetIdentity(Property(TEXT("FallbackTable")).GetReferencedObject()).Name : FString()), "DA_LootTable");
+}
+
+TEST(PropertyExport, DefaultValuesHaveTheirTextInsteadOfAFailure)
+{
+	// The flat export uses the always-writing export, so an object left at its defaults shows
+	// False, 0, None and empty texts where the engine's delta export would write nothing
+	// (unreal-api-editor.md §1.6); a default struct still leaves out its zero fields.
+	const TSharedPtr<FSimulatedEditorPort> Port = LoadSampleProject();
+	TArray<TSharedPtr<FJsonValue>> References;
+	TArray<TSharedPtr<FJsonValue>> Failures;
+	const TSharedPtr<FJsonObject> Properties = ExportObjectProperties(*Port, FindObject(*Port, TEXT("/Game/Scratch/DA_Unsaved.DA_Unsaved")), 0, References, Failures);
+	const auto Value = [&Properties](const TCHAR* Name)
+	{
+		return S(Properties->GetObjectField(Name)->GetStringField(TEXT("value")));
+	};
+	EXPECT_EQ(Value(TEXT("TableName")), "Scratch");
+	EXPECT_EQ(Value(TEXT("SearchKey")), "None");
+	EXPECT_EQ(Value(TEXT("Drops")), "");
+	EXPECT_EQ(Value(TEXT("BonusIcon")), "None");
+	EXPECT_EQ(Value(TEXT("NativeClass")), "None");
+	EXPECT_EQ(Value(TEXT("StatBlock")), "()");
+	EXPECT_EQ(Value(TEXT("Summary")), "(Tint=(R=0.000000,G=0.000000,B=0.000000,A=0.000000))");
+	EXPECT_EQ(Value(TEXT("Tiers")), "(Tier2=(Tier3=(Tier4=(Offset=(X=0.000000,Y=0.000000,Z=0.000000)))))");
+	// Only the property that cannot be exported at all is a failure.
+	EXPECT_EQ(ToStd(Collect(Failures, TEXT("property"))), (std::vector<std::string>{"PreviewCache"}));
+	EXPECT_TRUE(References.IsEmpty());
 }

@@ -348,6 +348,8 @@ TEST_F(ReaderTest, MaterialExpressionNodesCarryInputsOutputsAndTextures)
 	EXPECT_EQ(MultiplyA->GetIntegerField(TEXT("mask")), 1);
 	EXPECT_EQ(MultiplyA->GetIntegerField(TEXT("mask_b")), 1);
 	EXPECT_FALSE(Expressions[3]->AsObject()->GetBoolField(TEXT("is_parameter")));
+	// "Param (%.4g)" under the parameter's name (unreal-behaviour-world-assets.md §5.2).
+	EXPECT_EQ(S(Expressions[4]->AsObject()->GetStringField(TEXT("node_title"))), "'Roughness'\nParam (0.6)");
 	EXPECT_FALSE(Expressions[3]->AsObject()->HasField(TEXT("parameter_name")));
 }
 
@@ -398,4 +400,51 @@ TEST_F(ReaderTest, InstanceWithoutOverridesHasSixEmptyArraysAndChainsCompareWith
 	const TArray<TSharedPtr<FJsonValue>> Scalars = ReadMaterial(TEXT("/Game/Materials/MI_Rock_Plain.MI_Rock_Plain"))->GetArrayField(TEXT("scalar_parameters"));
 	EXPECT_FALSE(Scalars[0]->AsObject()->GetBoolField(TEXT("overridden")));
 	EXPECT_TRUE(Scalars[1]->AsObject()->GetBoolField(TEXT("overridden")));
+}
+
+TEST(MaterialReader, TitlesAreTheCaptionsTheMaterialEditorFormats)
+{
+	// unreal-behaviour-world-assets.md §5.2: printf numbers in the captions ("Param (%.4g)",
+	// "Param (%.3g,%.3g,%.3g,%.3g)", "TexCoord[%i]", "Time (Period of %.2f)"), flag-dependent
+	// pieces ("Mask ( R G )"), no constants on math nodes; the title is the lines last first.
+	struct FNode
+	{
+		const TCHAR* Name;
+		const TCHAR* Class;
+		const TCHAR* Values;
+		const char* Title;
+	};
+	const FNode Nodes[] = {
+		{TEXT("Scalar"), TEXT("ScalarParameter"), TEXT("\"ParameterName\": \"Gloss\", \"DefaultValue\": \"12346\""), "'Gloss'\nParam (1.235e+04)"},
+		{TEXT("Half"), TEXT("ScalarParameter"), TEXT("\"DefaultValue\": \"0.5\""), "'Param'\nParam (0.5)"},
+		{TEXT("Primitive"), TEXT("ScalarParameter"), TEXT("\"ParameterName\": \"Dirt\", \"bUseCustomPrimitiveData\": \"True\", \"PrimitiveDataIndex\": \"2\""),
+			"'Dirt'\nCustom Primitive Data\nIndex 2"},
+		{TEXT("Tint"), TEXT("VectorParameter"), TEXT("\"ParameterName\": \"Tint\", \"DefaultValue\": \"(R=1.0,G=0.25,B=0.0,A=1.0)\""), "'Tint'\nParam (1,0.25,0,1)"},
+		{TEXT("Coords"), TEXT("TextureCoordinate"), TEXT("\"CoordinateIndex\": \"1\""), "TexCoord[1]"},
+		{TEXT("Clock"), TEXT("Time"), TEXT("\"Period\": \"2.5\""), "Time"},
+		{TEXT("Stopped"), TEXT("Time"), TEXT("\"bOverride_Period\": \"True\""), "Time (Stopped)"},
+		{TEXT("Periodic"), TEXT("Time"), TEXT("\"bOverride_Period\": \"True\", \"Period\": \"2.5\""), "Time (Period of 2.50)"},
+		{TEXT("Mask"), TEXT("ComponentMask"), TEXT("\"R\": \"True\", \"G\": \"True\""), "Mask ( R G )"},
+		{TEXT("NoMask"), TEXT("ComponentMask"), TEXT("\"A\": \"False\""), "Mask ( )"},
+		{TEXT("Switch"), TEXT("StaticSwitchParameter"), TEXT("\"ParameterName\": \"Wet\", \"DefaultValue\": \"True\""), "'Wet'\nSwitch Param (True)"},
+		{TEXT("Scale"), TEXT("Multiply"), TEXT("\"ConstA\": \"3.0\""), "Multiply"}};
+	FString Subobjects;
+	FString Expressions;
+	for (const FNode& Node : Nodes)
+	{
+		Subobjects += FString::Printf(TEXT(", {\"name\": \"%s\", \"class\": \"/Script/Engine.MaterialExpression%s\", \"values\": {%s}}"), Node.Name, Node.Class, Node.Values);
+		Expressions += FString::Printf(TEXT("%s/Game/M_Captions.M_Captions:%s"), Expressions.IsEmpty() ? TEXT("") : TEXT(","), Node.Name);
+	}
+	const TSharedPtr<FSimulatedEditorPort> Port = LoadInlineProject(FString::Printf(TEXT(
+		"\"assets\": [{\"package\": \"/Game/M_Captions\", \"class\": \"/Script/Engine.Material\", \"values\": {\"EditorOnlyData\": \"/Game/M_Captions.M_Captions:EditorOnlyData\"},"
+		"\"subobjects\": [{\"name\": \"EditorOnlyData\", \"class\": \"/Script/Engine.MaterialEditorOnlyData\", \"values\": {\"ExpressionCollection\": \"(Expressions=(%s))\"}}%s]}]"),
+		*Expressions, *Subobjects));
+	ASSERT_TRUE(Port.IsValid());
+	TArray<TSharedPtr<FJsonValue>> Failures;
+	const TArray<TSharedPtr<FJsonValue>> Read = ReadMaterialAsset(*Port, FindObject(*Port, TEXT("/Game/M_Captions.M_Captions")), Failures)->GetArrayField(TEXT("expressions"));
+	ASSERT_EQ(Read.Num(), (int32)UE_ARRAY_COUNT(Nodes));
+	for (int32 Index = 0; Index < Read.Num(); ++Index)
+	{
+		EXPECT_EQ(S(Read[Index]->AsObject()->GetStringField(TEXT("node_title"))), Nodes[Index].Title) << S(Nodes[Index].Name);
+	}
 }

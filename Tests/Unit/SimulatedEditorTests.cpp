@@ -1,5 +1,6 @@
-// The simulated editor behaves like the engine where the tools depend on it: text forms, path
-// names, class lookups, registry filters, and fixtures that fail loudly.
+// The simulated editor behaves like the engine where the tools depend on it: text forms on the
+// sample project (the rules themselves are in SimulatedTextFormTests.cpp), path names, class
+// lookups, registry filters and in-memory assets, and fixtures that fail loudly.
 #include "AssetTestSupport.h"
 #include "EditorPort/ZorvekMCPBridgePortTypeLookup.h"
 
@@ -35,10 +36,13 @@ TEST(SimulatedEditorText, ExportsTheEnginesTextForms)
 	EXPECT_EQ(S(ExportOf(*Port, TEXT("/Game/Materials/M_Emissive.M_Emissive"), TEXT("BlendMode"))), "BLEND_Translucent");
 	EXPECT_EQ(S(ExportOf(*Port, Rig, TEXT("Guid"))), "5A0E002800001028000020280000302" "8");
 	EXPECT_EQ(S(ExportOf(*Port, Rig, TEXT("RootNode"))), "/Script/GameplayCameras.ArrayCameraNode'/Game/Cameras/CR_Hero.CR_Hero:RootArrayNode'");
-	// Inside containers paths and names are quoted.
+	// Inside containers references are quoted whole (unreal-behaviour-world-assets.md §1.4).
 	EXPECT_EQ(S(ExportOf(*Port, TEXT("/Game/Cameras/CR_Hero.CR_Hero:RootArrayNode"), TEXT("Children"))),
-		"(/Script/GameplayCameras.OffsetCameraNode'\"/Game/Cameras/CR_Hero.CR_Hero:BoomOffset\"',/Script/GameplayCameras.FieldOfViewCameraNode'\"/Game/Cameras/CR_Hero.CR_Hero:HeroLens\"')");
+		"(\"/Script/GameplayCameras.OffsetCameraNode'/Game/Cameras/CR_Hero.CR_Hero:BoomOffset'\",\"/Script/GameplayCameras.FieldOfViewCameraNode'/Game/Cameras/CR_Hero.CR_Hero:HeroLens'\")");
+	// The transient ParentTags stay out.
 	EXPECT_EQ(S(ExportOf(*Port, Rig, TEXT("GameplayTags"))), "(GameplayTags=((TagName=\"Camera.Hero.Follow\")))");
+	// ImportedSize is an FIntPoint: integers (§1.4).
+	EXPECT_EQ(S(ExportOf(*Port, TEXT("/Game/Textures/T_M_Rock_D.T_M_Rock_D"), TEXT("ImportedSize"))), "(X=2048,Y=2048)");
 	EXPECT_EQ(S(ExportOf(*Port, Rig, TEXT("EnterTransitions"))), "");
 	// Enum classes export the enumerator without its type.
 	EXPECT_EQ(S(ExportOf(*Port, TEXT("/Game/AI/ST_Director.ST_Director:EditorData.RootState"), TEXT("Type"))), "State");
@@ -57,15 +61,16 @@ TEST(SimulatedEditorText, EveryExportedValueImportsBackToTheSameText)
 		{
 			const FSimulatedProperty& Property = *Object->Class->AllProperties[Index];
 			FString Text;
-			if (!Editor.ExportValueText(Property, Object->Values[Index], false, Text))
+			if (!Editor.ExportValueText(Property, Object->Values[Index], false, Text, Object))
 			{
 				continue;
 			}
-			FSimulatedValue Copy = Editor.MakeDefaultValue(Property);
+			// Into zero memory: what the export leaves out is zero.
+			FSimulatedValue Copy = Editor.MakeZeroValue(Property);
 			FString Error;
-			ASSERT_TRUE(Editor.ImportValueText(Property, Copy, Text, Error)) << S(Asset.ObjectPath) << " " << S(Property.Name) << ": " << S(Error) << " in " << S(Text);
+			ASSERT_TRUE(Editor.ImportValueText(Property, Copy, Text, Error, Object)) << S(Asset.ObjectPath) << " " << S(Property.Name) << ": " << S(Error) << " in " << S(Text);
 			FString Again;
-			Editor.ExportValueText(Property, Copy, false, Again);
+			Editor.ExportValueText(Property, Copy, false, Again, Object);
 			EXPECT_EQ(S(Again), S(Text)) << S(Property.Name);
 			++Checked;
 		}
@@ -73,41 +78,49 @@ TEST(SimulatedEditorText, EveryExportedValueImportsBackToTheSameText)
 	EXPECT_GT(Checked, 100);
 }
 
-TEST(SimulatedEditorText, ImportRefusesWhatTheEngineRefuses)
+TEST(SimulatedEditorText, ImportRefusesOnlyWhatTheEngineRefuses)
 {
+	// unreal-behaviour-world-assets.md §1.9: only bad bools, integers without digits, unknown enum
+	// names, broken struct and array texts and class references of the wrong meta class fail.
 	const TSharedPtr<FSimulatedEditorPort> Port = LoadSampleProject();
 	FSimulatedEditor& Editor = Port->GetEditor();
-	FSimulatedObject* Loot = Editor.FindObject(TEXT("/Game/Data/DA_LootTable.DA_LootTable"));
+	const TCHAR* const LootPath = TEXT("/Game/Data/DA_LootTable.DA_LootTable");
+	FSimulatedObject* Loot = Editor.FindObject(LootPath);
 	FString Error;
 	struct FCase
 	{
 		const TCHAR* Property;
 		const TCHAR* Text;
+		bool bImports;
+		// The export afterwards; null when the value must be as it was.
+		const char* After;
 	};
-	const FCase Refused[] = {
-		{TEXT("InternalSeed"), TEXT("twelve")},
-		{TEXT("DropWeights"), TEXT("(1.0,oops)")},
-		{TEXT("DropWeights"), TEXT("(1.0,2.0")},
-		{TEXT("Summary"), TEXT("Value=3")},
-		{TEXT("Summary"), TEXT("(Value=\"unclosed)")},
-		{TEXT("BonusIcon"), TEXT("/Game/Nowhere/T.T")},
-		{TEXT("NativeClass"), TEXT("/Script/Engine.Actor")},
-		{TEXT("Tiers"), TEXT("(Tier2=(Tier3=(Tier4=(Depth=x))))")}};
-	for (const FCase& Case : Refused)
+	const FCase Cases[] = {
+		{TEXT("InternalSeed"), TEXT("twelve"), false, nullptr},
+		{TEXT("Summary"), TEXT("Value=3"), false, nullptr},
+		{TEXT("Summary"), TEXT("(Value=\"unclosed)"), false, nullptr},
+		{TEXT("NativeClass"), TEXT("/Script/Engine.Actor"), false, nullptr},
+		// The engine writes arrays as it reads them: a failure keeps what was read.
+		{TEXT("DropWeights"), TEXT("(1.0,oops)"), false, "(1.000000,0.000000)"},
+		{TEXT("DropWeights"), TEXT("(1.0,2.0"), false, "(1.000000,2.000000)"},
+		// A path to nothing is a null reference; a field that does not parse is skipped.
+		{TEXT("FallbackTable"), TEXT("/Game/Nowhere/T.T"), true, "None"},
+		{TEXT("Tiers"), TEXT("(Tier2=(Tier3=(Tier4=(Depth=x))))"), true, nullptr},
+		{TEXT("InternalSeed"), TEXT("12abc"), true, "12"}};
+	for (const FCase& Case : Cases)
 	{
-		const FString Before = ExportOf(*Port, TEXT("/Game/Data/DA_LootTable.DA_LootTable"), Case.Property);
-		EXPECT_FALSE(Editor.SetPropertyText(Loot, Case.Property, Case.Text, Error)) << S(Case.Text);
-		EXPECT_FALSE(Error.IsEmpty());
-		EXPECT_EQ(S(ExportOf(*Port, TEXT("/Game/Data/DA_LootTable.DA_LootTable"), Case.Property)), S(Before)) << S(Case.Text);
+		const FString Before = ExportOf(*Port, LootPath, Case.Property);
+		Error.Reset();
+		EXPECT_EQ(Editor.SetPropertyText(Loot, Case.Property, Case.Text, Error), Case.bImports) << S(Case.Text);
+		EXPECT_EQ(Error.IsEmpty(), Case.bImports) << S(Case.Text);
+		EXPECT_EQ(S(ExportOf(*Port, LootPath, Case.Property)), Case.After ? std::string(Case.After) : S(Before)) << S(Case.Text);
 	}
-	// Accepted spellings: enum class names with their type, bools in any case, numeric prefixes.
+	// Accepted spellings: enum class names with their type, bools in any case.
 	const TCHAR* const State = TEXT("/Game/AI/ST_Director.ST_Director:EditorData.RootState");
 	EXPECT_TRUE(Editor.SetPropertyText(Editor.FindObject(State), TEXT("Type"), TEXT("EStateTreeStateType::Group"), Error));
 	EXPECT_EQ(S(ExportOf(*Port, State, TEXT("Type"))), "Group");
 	EXPECT_TRUE(Editor.SetPropertyText(Editor.FindObject(State), TEXT("bEnabled"), TEXT("false"), Error));
 	EXPECT_EQ(S(ExportOf(*Port, State, TEXT("bEnabled"))), "False");
-	EXPECT_TRUE(Editor.SetPropertyText(Loot, TEXT("InternalSeed"), TEXT("12abc"), Error));
-	EXPECT_EQ(S(ExportOf(*Port, TEXT("/Game/Data/DA_LootTable.DA_LootTable"), TEXT("InternalSeed"))), "12");
 }
 
 TEST(SimulatedEditorObjects, PathsIdentityAndClassesFollowTheEngine)
@@ -152,7 +165,8 @@ TEST(SimulatedEditorRegistry, FiltersByFolderAndClassAsTheEngineDoes)
 	Filter.PackagePaths = {TEXT("/Game")};
 	EXPECT_TRUE(Enumerate(*Port, Filter).empty());
 	Filter.bRecursivePaths = true;
-	EXPECT_EQ(Enumerate(*Port, Filter).size(), Port->GetEditor().GetRegistry().size());
+	// Every entry, and the loaded asset that has none.
+	EXPECT_EQ(Enumerate(*Port, Filter).size(), Port->GetEditor().GetRegistry().size() + 1);
 
 	Filter.PackagePaths = {TEXT("/Game/Mat")};
 	EXPECT_TRUE(Enumerate(*Port, Filter).empty());
@@ -170,7 +184,36 @@ TEST(SimulatedEditorRegistry, FiltersByFolderAndClassAsTheEngineDoes)
 	ASSERT_EQ(Entries.Num(), 1);
 	EXPECT_EQ(S(Entries[0].ObjectPath), "/Game/Materials/MI_Rock_Wet.MI_Rock_Wet");
 	EXPECT_EQ(S(Entries[0].PackagePath), "/Game/Materials");
-	EXPECT_TRUE(Port->GetAssetRegistry().GetAssetsByPackageName(TEXT("/Game/Scratch/DA_Unsaved")).IsEmpty());
+}
+
+TEST(SimulatedEditorRegistry, ListsLoadedAssetsItHasNoEntryFor)
+{
+	// unreal-behaviour-world-assets.md §6.2: in-memory queries build results from loaded assets,
+	// so an unsaved asset is found by package, path and class, with the tags of its
+	// registry-searchable properties; the in-memory results come first.
+	const TSharedPtr<FSimulatedEditorPort> Port = LoadSampleProject();
+	const TArray<FZorvekMCPBridgeAssetData> Unsaved = Port->GetAssetRegistry().GetAssetsByPackageName(TEXT("/Game/Scratch/DA_Unsaved"));
+	ASSERT_EQ(Unsaved.Num(), 1);
+	EXPECT_EQ(S(Unsaved[0].ObjectPath), "/Game/Scratch/DA_Unsaved.DA_Unsaved");
+	EXPECT_EQ(S(Unsaved[0].AssetClassPath), "/Script/SampleGame.LootTableDataAsset");
+	EXPECT_EQ(S(Unsaved[0].PackagePath), "/Game/Scratch");
+	ASSERT_EQ(Unsaved[0].Tags.Num(), 3);
+	EXPECT_EQ(S(Unsaved[0].Tags[0].Name), "TableName");
+	EXPECT_EQ(S(Unsaved[0].Tags[0].Value), "Scratch");
+
+	FZorvekMCPBridgeAssetFilter Filter;
+	Filter.PackagePaths = {TEXT("/Game")};
+	Filter.bRecursivePaths = true;
+	Filter.ClassPaths = {TEXT("/Script/Engine.DataAsset")};
+	Filter.bRecursiveClasses = true;
+	EXPECT_EQ(Enumerate(*Port, Filter), (std::vector<std::string>{"DA_Unsaved", "DA_LootTable", "ST_Director", "ST_Cooked"}));
+
+	// Packages that failed to load hold no loaded asset; registry-only entries stay listed.
+	EXPECT_EQ(Port->GetAssetRegistry().GetAssetsByPackageName(TEXT("/Game/Broken/M_Broken")).Num(), 1);
+	EXPECT_EQ(Port->GetAssetRegistry().GetAssetsByPackageName(TEXT("/Game/Legacy/BP_Retired")).Num(), 1);
+	// Subobjects and classes are not assets.
+	EXPECT_TRUE(Port->GetAssetRegistry().GetAssetsByPackageName(TEXT("/Game/Materials/M_Rock")).Num() == 1);
+	EXPECT_EQ(Port->GetAssetRegistry().GetAssetsByPackageName(TEXT("/Game/Blueprints/BP_Hero")).Num(), 1);
 }
 
 TEST(SimulatedEditorFixtures, LoadErrorsNameTheEntry)
@@ -185,7 +228,15 @@ TEST(SimulatedEditorFixtures, LoadErrorsNameTheEntry)
 		{TEXT("\"classes\": [{\"path\": \"/Script/T.C\", \"properties\": [{\"name\": \"P\", \"type\": \"vector\"}]}]"), "Unknown property type 'vector'."},
 		{TEXT("\"classes\": [{\"path\": \"/Script/T.C\", \"super\": \"/Script/T.Later\"}]"), "Super class /Script/T.Later of /Script/T.C is not defined (define it first)."},
 		{TEXT("\"assets\": [{\"package\": \"/Game/A\", \"class\": \"/Script/Engine.Texture2D\", \"values\": {\"SRGB\": \"maybe\"}}]"), "value SRGB: 'maybe' is not a bool."},
-		{TEXT("\"classes\": [{\"path\": \"/Script/T.C\", \"flags\": [\"Shiny\"]}]"), "has an unknown flag 'Shiny'."}};
+		{TEXT("\"classes\": [{\"path\": \"/Script/T.C\", \"flags\": [\"Shiny\"]}]"), "has an unknown flag 'Shiny'."},
+		{TEXT("\"structs\": [{\"path\": \"/Script/T.S\", \"text_form\": \"packed\"}]"), "has an unknown text_form 'packed'."},
+		{TEXT("\"classes\": [{\"path\": \"/Script/T.C\", \"properties\": [{\"name\": \"P\", \"type\": \"int32\", \"default\": \"many\"}]}]"), "property P default: 'many' is not a number."},
+		{TEXT("\"classes\": [{\"path\": \"/Script/T.C\", \"properties\": [{\"name\": \"P\", \"type\": \"float\"}], \"material_expression\": {\"caption\": [\"Value {Q:%.2f}\"]}}]"),
+			"Caption 'Value {Q:%.2f}' names Q, which C does not have."},
+		{TEXT("\"classes\": [{\"path\": \"/Script/T.C\", \"properties\": [{\"name\": \"P\", \"type\": \"FString\"}], \"material_expression\": {\"caption\": [\"{P:%d}\"]}}]"),
+			"formats P with '%d', which is not one printf conversion of a number."},
+		{TEXT("\"classes\": [{\"path\": \"/Script/T.C\", \"properties\": [{\"name\": \"P\", \"type\": \"bool\"}], \"material_expression\": {\"caption\": [\"{P? on\"]}}]"),
+			"has an unclosed '{'."}};
 	for (const FCase& Case : Cases)
 	{
 		FString Error;

@@ -62,6 +62,8 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeAssets::ExportObjectProperties(IZorvekMCP
 		Entry->SetBoolField(TEXT("blueprint_read_only"), (Flags & ZorvekMCPBridgePropertyFlags::BlueprintReadOnly) != 0);
 		Entry->SetBoolField(TEXT("asset_registry_searchable"), (Flags & ZorvekMCPBridgePropertyFlags::AssetRegistrySearchable) != 0);
 
+		// The always-writing export, so a false, zero, None or empty value is shown as such rather
+		// than reported as a failure; only a value that cannot be exported at all is.
 		FString ValueText;
 		if (Property.ExportText(ValueText))
 		{

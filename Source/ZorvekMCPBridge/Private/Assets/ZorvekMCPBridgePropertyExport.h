@@ -22,8 +22,9 @@ namespace ZorvekMCPBridgeAssets
 	// qualifies when it is editable, Blueprint-visible, Blueprint-read-only or registry-searchable,
 	// and is neither transient, deprecated nor edit-on-defaults-only. A limit of 1 or more stops the
 	// export with a "properties" note only when a further qualifying property exists; 0 or below
-	// exports all. Referenced objects are appended to OutReferences; export refusals become
-	// "property_export" records and never abort.
+	// exports all. Values are the engine's always-writing export text (defaults included).
+	// Referenced objects are appended to OutReferences; a value that cannot be exported at all
+	// becomes a "property_export" record and never aborts the export.
 	TSharedPtr<FJsonObject> ExportObjectProperties(IZorvekMCPBridgeEditorPort& Port, FZorvekMCPBridgeObjectHandle Object, int32 PropertyLimit, TArray<TSharedPtr<FJsonValue>>& OutReferences, TArray<TSharedPtr<FJsonValue>>& OutPartialFailures);
 
 	// The recursive value export: export text always, with structure beside it (array items up to

@@ -54,8 +54,11 @@ public:
 	bool HasAnyFlags(uint64 FlagsToCheck) const { return (GetFlags() & FlagsToCheck) != 0; }
 	EZorvekMCPBridgePropertyKind GetKind() const;
 
-	// The engine's direct text export of the value: no delta, the owner as parent, no port flags.
-	// False when the engine refuses to export the property.
+	// The engine's always-writing direct text export of the value (ExportTextItem_Direct: no
+	// default value, the owner as parent, no port flags), so default values (False, 0, None, an
+	// empty array) have their text too. False only when the value cannot be exported at all: in
+	// the editor a cursor without value memory, in the simulated editor a property its fixture
+	// marks unexportable.
 	bool ExportText(FString& OutText) const;
 
 	// Object references: the referenced object, invalid for null.

@@ -92,7 +92,17 @@ EZorvekMCPBridgePropertyKind FZorvekMCPBridgeEngineReflection::GetPropertyKind(c
 
 bool FZorvekMCPBridgeEngineReflection::ExportText(const FZorvekMCPBridgePropertyCursor& Value, FString& OutText) const
 {
-	return GetProperty(Value)->ExportText_Direct(OutText, Value.GetValuePtr(), nullptr, GetOwner(Value), PPF_None);
+	// ExportText_Direct with no delta writes nothing for a value equal to its type's default
+	// (false, 0, None, an empty array, enum 0), which would hide every default from the reply;
+	// ExportTextItem_Direct always writes. What cannot be exported is a cursor without a
+	// property or without value memory.
+	const FProperty* Property = GetProperty(Value);
+	if (!Property || !Value.GetValuePtr())
+	{
+		return false;
+	}
+	Property->ExportTextItem_Direct(OutText, Value.GetValuePtr(), nullptr, GetOwner(Value), PPF_None);
+	return true;
 }
 
 FZorvekMCPBridgeObjectHandle FZorvekMCPBridgeEngineReflection::GetReferencedObject(const FZorvekMCPBridgePropertyCursor& Value) const
