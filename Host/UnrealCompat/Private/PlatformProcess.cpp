@@ -1,8 +1,10 @@
-// FPlatformProcess::ExecProcess over posix_spawnp, with both output pipes drained while the
-// child runs so a chatty program cannot block on a full pipe.
+// FPlatformProcess over posix_spawnp: ExecProcess, with both output pipes drained while the
+// child runs so a chatty program cannot block on a full pipe, and CreateProc with the engine's
+// non-blocking pipes for callers that watch the clock.
 #include "HAL/PlatformProcess.h"
 
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
@@ -171,6 +173,225 @@ bool FPlatformProcess::ExecProcess(const TCHAR* URL, const TCHAR* Params, int32*
 		*OutStdErr = UECompatFromUtf8(ErrText);
 	}
 	return true;
+}
+
+namespace
+{
+	// What CreatePipe hands out: one end of a pipe.
+	struct FPipeEnd
+	{
+		int Descriptor = -1;
+	};
+
+	int DescriptorOf(void* Pipe)
+	{
+		return Pipe ? static_cast<FPipeEnd*>(Pipe)->Descriptor : -1;
+	}
+}
+
+void FProcHandle::RecordExit(int WaitStatus)
+{
+	bEnded = true;
+	if (bTerminated)
+	{
+		ExitCode = 0;
+	}
+	else if (WIFEXITED(WaitStatus))
+	{
+		ExitCode = WEXITSTATUS(WaitStatus);
+	}
+	else
+	{
+		ExitCode = -1;
+	}
+}
+
+void FProcHandle::Poll()
+{
+	if (!IsValid() || bEnded)
+	{
+		return;
+	}
+	int Status = 0;
+	pid_t Result = 0;
+	do
+	{
+		Result = ::waitpid(ProcessId, &Status, WNOHANG);
+	}
+	while (Result < 0 && errno == EINTR);
+	if (Result == ProcessId)
+	{
+		RecordExit(Status);
+	}
+	else if (Result < 0)
+	{
+		// Someone else collected it already; it has ended either way.
+		bEnded = true;
+	}
+}
+
+FProcHandle FPlatformProcess::CreateProc(const TCHAR* URL, const TCHAR* Parms, bool bLaunchDetached, bool bLaunchHidden, bool bLaunchReallyHidden,
+	uint32* OutProcessID, int32 PriorityModifier, const TCHAR* OptionalWorkingDirectory, void* PipeWriteChild, void* PipeReadChild)
+{
+	if (!URL || !*URL)
+	{
+		return FProcHandle();
+	}
+	std::vector<std::string> Arguments = SplitArguments(Parms);
+	Arguments.insert(Arguments.begin(), UECompatToUtf8(FStringView(URL)));
+	std::vector<char*> Argv;
+	for (std::string& Argument : Arguments)
+	{
+		Argv.push_back(Argument.data());
+	}
+	Argv.push_back(nullptr);
+
+	posix_spawn_file_actions_t Actions;
+	posix_spawn_file_actions_init(&Actions);
+	if (PipeReadChild)
+	{
+		posix_spawn_file_actions_adddup2(&Actions, DescriptorOf(PipeReadChild), STDIN_FILENO);
+	}
+	else
+	{
+		posix_spawn_file_actions_addopen(&Actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+	}
+	if (PipeWriteChild)
+	{
+		posix_spawn_file_actions_adddup2(&Actions, DescriptorOf(PipeWriteChild), STDOUT_FILENO);
+		posix_spawn_file_actions_adddup2(&Actions, DescriptorOf(PipeWriteChild), STDERR_FILENO);
+	}
+	std::string WorkingDirectory;
+	if (OptionalWorkingDirectory && *OptionalWorkingDirectory)
+	{
+		WorkingDirectory = UECompatToUtf8(FStringView(OptionalWorkingDirectory));
+		posix_spawn_file_actions_addchdir_np(&Actions, WorkingDirectory.c_str());
+	}
+	posix_spawnattr_t Attributes;
+	posix_spawnattr_init(&Attributes);
+	posix_spawnattr_setflags(&Attributes, POSIX_SPAWN_SETPGROUP);
+	posix_spawnattr_setpgroup(&Attributes, 0);
+
+	pid_t ChildId = 0;
+	const int SpawnError = ::posix_spawnp(&ChildId, Argv[0], &Actions, &Attributes, Argv.data(), environ);
+	posix_spawn_file_actions_destroy(&Actions);
+	posix_spawnattr_destroy(&Attributes);
+	if (SpawnError != 0)
+	{
+		return FProcHandle();
+	}
+	if (OutProcessID)
+	{
+		*OutProcessID = (uint32)ChildId;
+	}
+	return FProcHandle((int32)ChildId);
+}
+
+bool FPlatformProcess::IsProcRunning(FProcHandle& ProcessHandle)
+{
+	ProcessHandle.Poll();
+	return ProcessHandle.IsValid() && !ProcessHandle.bEnded;
+}
+
+bool FPlatformProcess::GetProcReturnCode(FProcHandle& ProcHandle, int32* ReturnCode)
+{
+	if (IsProcRunning(ProcHandle) || !ProcHandle.IsValid())
+	{
+		return false;
+	}
+	if (ReturnCode)
+	{
+		*ReturnCode = ProcHandle.ExitCode;
+	}
+	return true;
+}
+
+void FPlatformProcess::TerminateProc(FProcHandle& ProcessHandle, bool KillTree)
+{
+	ProcessHandle.Poll();
+	if (!ProcessHandle.IsValid() || ProcessHandle.bEnded)
+	{
+		return;
+	}
+	ProcessHandle.bTerminated = true;
+	// The child leads its own process group (CreateProc), so the group is what it started.
+	::kill(KillTree ? -ProcessHandle.ProcessId : ProcessHandle.ProcessId, SIGKILL);
+	int Status = 0;
+	while (::waitpid(ProcessHandle.ProcessId, &Status, 0) < 0 && errno == EINTR)
+	{
+	}
+	ProcessHandle.RecordExit(Status);
+}
+
+void FPlatformProcess::CloseProc(FProcHandle& ProcessHandle)
+{
+	ProcessHandle.Poll();
+	if (ProcessHandle.IsValid() && !ProcessHandle.bEnded)
+	{
+		// It keeps running; someone has to collect it when it ends.
+		const pid_t ChildId = ProcessHandle.ProcessId;
+		std::thread([ChildId]()
+		{
+			int Status = 0;
+			while (::waitpid(ChildId, &Status, 0) < 0 && errno == EINTR)
+			{
+			}
+		}).detach();
+	}
+	ProcessHandle.Reset();
+}
+
+bool FPlatformProcess::CreatePipe(void*& ReadPipe, void*& WritePipe, bool bWritePipeLocal)
+{
+	int Descriptors[2];
+	if (::pipe2(Descriptors, O_CLOEXEC) != 0)
+	{
+		ReadPipe = nullptr;
+		WritePipe = nullptr;
+		return false;
+	}
+	::fcntl(Descriptors[0], F_SETFL, ::fcntl(Descriptors[0], F_GETFL) | O_NONBLOCK);
+	ReadPipe = new FPipeEnd{Descriptors[0]};
+	WritePipe = new FPipeEnd{Descriptors[1]};
+	return true;
+}
+
+void FPlatformProcess::ClosePipe(void* ReadPipe, void* WritePipe)
+{
+	for (void* Pipe : {ReadPipe, WritePipe})
+	{
+		if (Pipe)
+		{
+			::close(DescriptorOf(Pipe));
+			delete static_cast<FPipeEnd*>(Pipe);
+		}
+	}
+}
+
+bool FPlatformProcess::ReadPipeToArray(void* ReadPipe, TArray<uint8>& Output)
+{
+	Output.Reset();
+	const int Descriptor = DescriptorOf(ReadPipe);
+	if (Descriptor < 0)
+	{
+		return false;
+	}
+	uint8 Buffer[4096];
+	while (true)
+	{
+		const ssize_t Count = ::read(Descriptor, Buffer, sizeof(Buffer));
+		if (Count > 0)
+		{
+			Output.Append(Buffer, (int32)Count);
+			continue;
+		}
+		if (Count < 0 && errno == EINTR)
+		{
+			continue;
+		}
+		break;
+	}
+	return Output.Num() > 0;
 }
 
 void FPlatformProcess::LaunchURL(const TCHAR* URL, const TCHAR* Parms, FString* Error)
