@@ -3,6 +3,7 @@
 #include "HAL/IConsoleManager.h"
 #include "Setup/ZorvekMCPBridgeAISetup.h"
 #include "Setup/ZorvekMCPBridgeConfigWriter.h"
+#include "Setup/ZorvekMCPBridgeConfiguredEndpoint.h"
 #include "ZorvekMCPBridge.h"
 #include "ZorvekMCPBridgeLog.h"
 
@@ -68,6 +69,11 @@ bool FZorvekMCPBridgeHostSetup::PrintSnippet(const FString& ClientId) const
 	UE_LOG(LogZorvekMCPBridge, Display, TEXT("Setup snippet for %s (%s):\n%s"), *Client->DisplayName, *Client->Id,
 		*ZorvekMCPBridgeAISetup::BuildSetupSnippet(Client->Id, EndpointUrl));
 	UE_LOG(LogZorvekMCPBridge, Display, TEXT("%s documentation: %s"), *Client->DisplayName, *Client->DocumentationUrl);
+	const FString PortWarning = ZorvekMCPBridgeAISetup::DescribeConfiguredPortMismatch(*Client, bRunning ? EndpointUrl : FString());
+	if (!PortWarning.IsEmpty())
+	{
+		UE_LOG(LogZorvekMCPBridge, Warning, TEXT("%s"), *PortWarning);
+	}
 	return true;
 }
 

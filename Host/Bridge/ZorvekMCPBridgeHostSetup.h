@@ -24,8 +24,9 @@ public:
 	const FString& GetEndpointUrl() const { return EndpointUrl; }
 	bool IsBridgeRunning() const { return bRunning; }
 
-	// Logs the live endpoint address and the client's snippet; false for an unknown id. An
-	// empty id lists the clients.
+	// Logs the live endpoint address and the client's snippet, and a warning when the bridge
+	// runs on another port than the client's configuration file names; false for an unknown id.
+	// An empty id lists the clients.
 	bool PrintSnippet(const FString& ClientId) const;
 	// Writes the client's configuration file for the live endpoint; false, with the reason
 	// logged, for an unknown id, a client whose file the bridge does not write, or a failed write.

@@ -256,16 +256,78 @@ TEST_F(AISetupConfigWriter, ClientsWhoseFileTheBridgeDoesNotWriteAreRefusedUntou
 	EXPECT_FALSE(Folder.Exists("gemini"));
 }
 
-TEST_F(AISetupConfigWriter, NonAsciiFilesAreSavedInTheEnginesDefaultEncodingAndReadBack)
+namespace
 {
-	// The engine's default saves text with non-ASCII characters as UTF-16 with a byte-order mark.
-	Folder.WriteBytes(ConfigRelative(), "{\"note\": \"caf\xC3\xA9\"}");
+	// Valid UTF-8 is what survives decoding and encoding again.
+	bool IsUtf8WithoutMark(const std::string& Bytes)
+	{
+		return Bytes.compare(0, 3, "\xEF\xBB\xBF") != 0 && UECompatToUtf8(UECompatFromUtf8(Bytes)) == Bytes;
+	}
+}
+
+TEST_F(AISetupConfigWriter, NonAsciiMembersAreWrittenAsUtf8WithoutAMarkAndReadBackIntact)
+{
+	// A user folder named José and a server named with characters beyond Latin-1: the engine's
+	// automatic encoding would turn the file into UTF-16, which the clients cannot parse.
+	const std::string Original =
+		"{\n"
+		"  \"mcpServers\": {\n"
+		"    \"b\xC3\xBC" "cher\": { \"command\": \"C:/Users/Jos\xC3\xA9/tools/mcp.exe\", \"args\": [\"--root\", \"D:/\xE6\x97\xA5\xE6\x9C\xAC/\"] }\n"
+		"  },\n"
+		"  \"greeting\": \"\xF0\x9F\x91\x8B ol\xC3\xA1\"\n"
+		"}\n";
+	Folder.WriteBytes(ConfigRelative(), Original);
+
 	FString Message;
 	ASSERT_TRUE(Write(Message)) << UECompatToUtf8(Message);
-	EXPECT_EQ(Folder.ReadBytes(ConfigRelative()).substr(0, 2), "\xFF\xFE");
-	const TSharedPtr<FJsonObject> Config = ReadConfig();
+	const std::string Written = Folder.ReadBytes(ConfigRelative());
+	EXPECT_TRUE(IsUtf8WithoutMark(Written));
+	// The characters are written as they are, not escaped.
+	EXPECT_NE(Written.find("\"C:/Users/Jos\xC3\xA9/tools/mcp.exe\""), std::string::npos);
+
+	const TSharedPtr<FJsonObject> Config = ParseJsonObject(Written);
+	ASSERT_TRUE(Config.IsValid());
+	EXPECT_TEXT_EQ(Config->GetStringField(TEXT("greeting")), TEXT("\U0001F44B ol\u00E1"));
+	const TSharedPtr<FJsonObject> Servers = Config->GetObjectField(TEXT("mcpServers"));
+	EXPECT_EQ(MemberNames(Servers), (TArray<FString>{TEXT("b\u00FCcher"), TEXT("zorvek-unreal")}));
+	const TSharedPtr<FJsonObject> Other = Servers->GetObjectField(TEXT("b\u00FCcher"));
+	EXPECT_TEXT_EQ(Other->GetStringField(TEXT("command")), TEXT("C:/Users/Jos\u00E9/tools/mcp.exe"));
+	EXPECT_EQ(JsonStringsOf(Other->GetArrayField(TEXT("args"))), (TArray<FString>{TEXT("--root"), TEXT("D:/\u65E5\u672C/")}));
+	EXPECT_EQ(Folder.ReadBytes(ConfigRelative() + BackupSuffix), Original);
+}
+
+TEST_F(AISetupConfigWriter, AFileInANonAsciiFolderIsFoundBackedUpAndReplaced)
+{
+	const std::string Relative = "Users/Jos\xC3\xA9/.gemini/config/mcp_config.json";
+	Folder.WriteBytes(Relative, "{\"mcpServers\": {\"files\": {\"url\": \"http://localhost:9000/mcp\"}}}");
+	const FZorvekMCPBridgeConfigWriter Writer(IFileManager::Get(), []() { return FixedTime; });
+	FString Message;
+	ASSERT_TRUE(Writer.Write(MakeAntigravity(Folder.PathText(Relative)), Endpoint, Message)) << UECompatToUtf8(Message);
+	EXPECT_TEXT_EQ(Message, TEXT("Updated ") + Folder.PathText(Relative) + TEXT(". Restart or refresh the AI client."));
+
+	const std::string Written = Folder.ReadBytes(Relative);
+	EXPECT_TRUE(IsUtf8WithoutMark(Written));
+	const TSharedPtr<FJsonObject> Config = ParseJsonObject(Written);
+	ASSERT_TRUE(Config.IsValid());
+	EXPECT_EQ(MemberNames(Config->GetObjectField(TEXT("mcpServers"))), (TArray<FString>{TEXT("files"), TEXT("zorvek-unreal")}));
+	EXPECT_EQ(Folder.List("Users/Jos\xC3\xA9/.gemini/config"), (std::vector<std::string>{"mcp_config.json", "mcp_config.json" + BackupSuffix}));
+}
+
+TEST_F(AISetupConfigWriter, AUtf16FileFromEarlierWritesBecomesUtf8)
+{
+	// What the engine's automatic encoding left behind: UTF-16LE with a byte-order mark.
+	// unreal-api-core.md §4.10
+	FFileHelper::SaveStringToFile(TEXT("{\"note\": \"caf\u00E9\", \"mcpServers\": {}}"), *ConfigPathText());
+	ASSERT_EQ(Folder.ReadBytes(ConfigRelative()).substr(0, 2), "\xFF\xFE");
+
+	FString Message;
+	ASSERT_TRUE(Write(Message)) << UECompatToUtf8(Message);
+	const std::string Written = Folder.ReadBytes(ConfigRelative());
+	EXPECT_TRUE(IsUtf8WithoutMark(Written));
+	const TSharedPtr<FJsonObject> Config = ParseJsonObject(Written);
 	ASSERT_TRUE(Config.IsValid());
 	EXPECT_TEXT_EQ(Config->GetStringField(TEXT("note")), TEXT("caf\u00E9"));
+	EXPECT_TRUE(Config->GetObjectField(TEXT("mcpServers"))->HasField(TEXT("zorvek-unreal")));
 }
 
 TEST(AISetupConfigWriterNames, BackupNameUsesMinutesAndSecondsNotMonthOrMilliseconds)

@@ -5,6 +5,7 @@
 #include "CoreMinimal.h"
 #include "HAL/PlatformMisc.h"
 #include "Setup/ZorvekMCPBridgeAISetup.h"
+#include "Setup/ZorvekMCPBridgeClientCli.h"
 
 #include <gtest/gtest.h>
 
@@ -110,11 +111,12 @@ public:
 	{
 		FString Executable;
 		FString Arguments;
+		FZorvekMCPBridgeProcessOptions Options;
 	};
 
-	FZorvekMCPBridgeProcessResult Run(const FString& Executable, const FString& Arguments) override
+	FZorvekMCPBridgeProcessResult Run(const FString& Executable, const FString& Arguments, const FZorvekMCPBridgeProcessOptions& Options) override
 	{
-		Calls.Add(FCall{Executable, Arguments});
+		Calls.Add(FCall{Executable, Arguments, Options});
 		for (const TPair<FString, FZorvekMCPBridgeProcessResult>& Answer : Answers)
 		{
 			if (Executable.Equals(Answer.Key, ESearchCase::CaseSensitive))
@@ -136,8 +138,49 @@ public:
 		Answers.Add(TPair<FString, FZorvekMCPBridgeProcessResult>(Executable, Result));
 	}
 
+	// The program runs out of time after printing this; its exit code is what a killed program
+	// reports on Windows (0), so only the time-out flag tells.
+	void AnswerTimedOut(const FString& Executable, const FString& StdOut)
+	{
+		FZorvekMCPBridgeProcessResult Result;
+		Result.bLaunched = true;
+		Result.bTimedOut = true;
+		Result.ExitCode = 0;
+		Result.StdOut = StdOut;
+		Answers.Add(TPair<FString, FZorvekMCPBridgeProcessResult>(Executable, Result));
+	}
+
 	TArray<FCall> Calls;
 
 private:
 	TArray<TPair<FString, FZorvekMCPBridgeProcessResult>> Answers;
+};
+
+// Shell scripts in a temporary folder that stand in for Windows programs (where.exe, the
+// command shell, a client's tool), found first on PATH and through ComSpec while this lives.
+class FFakeClientTools
+{
+public:
+	FFakeClientTools()
+	{
+		// where.exe prints the path of a program it finds and fails otherwise.
+		AddScript("where.exe", "command -v \"$1\" || exit 1\n");
+		// The shell is handed /S /C "<command line>"; the host splits that into three arguments.
+		AddScript("fake-cmd", "shift 2\nexec /bin/sh -c \"$1\"\n");
+		Environment.Set(TEXT("PATH"), *(Folder.PathText("bin") + TEXT(":") + FPlatformMisc::GetEnvironmentVariable(TEXT("PATH"))));
+		Environment.Set(TEXT("ComSpec"), *Folder.PathText("bin/fake-cmd"));
+	}
+
+	// A program named Name whose body is this shell script (bash, so it may open /dev/tcp).
+	void AddScript(const std::string& Name, const std::string& Body) const
+	{
+		Folder.WriteBytes("bin/" + Name, "#!/bin/bash\n" + Body);
+		std::filesystem::permissions(Folder.Path("bin/" + Name), std::filesystem::perms::owner_all, std::filesystem::perm_options::add);
+	}
+
+	const FTemporaryFolder& GetFolder() const { return Folder; }
+
+private:
+	FTemporaryFolder Folder;
+	FScopedEnvironment Environment;
 };

@@ -2,19 +2,25 @@
 
 #include "Editor/ZorvekMCPBridgeEditorSettings.h"
 #include "Framework/Application/SlateApplication.h"
+#include "Framework/Docking/TabManager.h"
 #include "Framework/SlateDelegates.h"
 #include "Framework/Views/ITypedTableView.h"
 #include "HAL/PlatformApplicationMisc.h"
 #include "HAL/PlatformProcess.h"
 #include "Math/Vector2D.h"
 #include "Setup/ZorvekMCPBridgeConfigWriter.h"
+#include "Setup/ZorvekMCPBridgeConfiguredEndpoint.h"
 #include "Styling/AppStyle.h"
+#include "Styling/CoreStyle.h"
+#include "Widgets/Images/SImage.h"
+#include "Widgets/Images/SThrobber.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Input/SHyperlink.h"
 #include "Widgets/Input/SMultiLineEditableTextBox.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SSeparator.h"
 #include "Widgets/SBoxPanel.h"
+#include "Widgets/SNullWidget.h"
 #include "Widgets/SWindow.h"
 #include "Widgets/Text/STextBlock.h"
 #include "Widgets/Views/SListView.h"
@@ -29,9 +35,19 @@ namespace
 	// One wizard at a time; opening it again brings the open one forward.
 	TWeakPtr<SWindow> OpenWizardWindow;
 
+	// Snippets, commands and paths are typed or pasted elsewhere, so they are shown as they are.
+	const float MonospaceFontSize = 9.0f;
+
 	EVisibility VisibleIf(bool bVisible)
 	{
 		return bVisible ? EVisibility::Visible : EVisibility::Collapsed;
+	}
+
+	FSlateFontInfo MonospaceFont()
+	{
+		// Not in the reference notes; check against the engine: FCoreStyle::GetDefaultFontStyle
+		// (SlateCore, "Styling/CoreStyle.h") with the "Mono" typeface, as the Output Log uses.
+		return FCoreStyle::GetDefaultFontStyle(TEXT("Mono"), MonospaceFontSize);
 	}
 }
 
@@ -50,7 +66,7 @@ void SZorvekMCPBridgeSetupWizard::OpenWindow(const FZorvekMCPBridgeGetEndpointUr
 
 	const TSharedRef<SWindow> Window = SNew(SWindow)
 		.Title(LOCTEXT("ZorvekMCPBridgeWizardTitle", "Connect AI Assistant - Zorvek MCP Bridge"))
-		.ClientSize(FVector2D(960.0, 640.0))
+		.ClientSize(FVector2D(980.0, 680.0))
 		.SupportsMinimize(false)
 		.SupportsMaximize(true)
 		[
@@ -59,7 +75,20 @@ void SZorvekMCPBridgeSetupWizard::OpenWindow(const FZorvekMCPBridgeGetEndpointUr
 			.OnStartBridge(StartBridge)
 		];
 	OpenWizardWindow = Window;
-	FSlateApplication::Get().AddWindow(Window);
+
+	// A child of the editor's main window stays above it and does not vanish behind it when the
+	// user clicks back into the editor to check something.
+	// Not in the reference notes; check against the engine: FGlobalTabmanager::GetRootWindow
+	// (Slate, "Framework/Docking/TabManager.h") and FSlateApplication::AddWindowAsNativeChild.
+	const TSharedPtr<SWindow> MainWindow = FGlobalTabmanager::Get()->GetRootWindow();
+	if (MainWindow.IsValid())
+	{
+		FSlateApplication::Get().AddWindowAsNativeChild(Window, MainWindow.ToSharedRef());
+	}
+	else
+	{
+		FSlateApplication::Get().AddWindow(Window);
+	}
 }
 
 void SZorvekMCPBridgeSetupWizard::CloseWindow()
@@ -105,7 +134,7 @@ void SZorvekMCPBridgeSetupWizard::Construct(const FArguments& InArgs)
 			[
 				SNew(SHorizontalBox)
 				+ SHorizontalBox::Slot()
-				.FillWidth(0.28f)
+				.FillWidth(0.26f)
 				.Padding(0.0f, 0.0f, 12.0f, 0.0f)
 				[
 					SAssignNew(ClientList, SListView<FClientItem>)
@@ -115,7 +144,7 @@ void SZorvekMCPBridgeSetupWizard::Construct(const FArguments& InArgs)
 					.OnSelectionChanged(SListView<FClientItem>::FOnSelectionChanged::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleClientSelected))
 				]
 				+ SHorizontalBox::Slot()
-				.FillWidth(0.72f)
+				.FillWidth(0.74f)
 				[
 					MakeClientDetails()
 				]
@@ -126,40 +155,147 @@ void SZorvekMCPBridgeSetupWizard::Construct(const FArguments& InArgs)
 	ClientList->SetSelection(SelectedClient);
 }
 
-TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeActionRow(const TAttribute<EVisibility>& RowVisibility, const TAttribute<FText>& Description,
-	const FText& ButtonLabel, const FText& ButtonTooltip, const TAttribute<EVisibility>& ButtonVisibility, const FOnClicked& OnClicked)
+TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeCopyButton(ECopyTarget CopyTarget)
 {
-	return SNew(SHorizontalBox)
+	return SNew(SButton)
+		.Text(LOCTEXT("ZorvekMCPBridgeWizardCopy", "Copy"))
+		.ToolTipText(LOCTEXT("ZorvekMCPBridgeWizardCopyTooltip", "Copy this text to the clipboard."))
+		.OnClicked(FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleCopyClicked, CopyTarget));
+}
+
+TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeActionButton(const FText& Label, const FText& Tooltip, const TAttribute<EVisibility>& ButtonVisibility,
+	const FOnClicked& OnClicked)
+{
+	return SNew(SButton)
+		.Text(Label)
+		.ToolTipText(Tooltip)
+		.Visibility(ButtonVisibility)
+		.IsEnabled(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::IsIdle))
+		.OnClicked(OnClicked);
+}
+
+TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeCopyableRow(const TAttribute<EVisibility>& RowVisibility, const TAttribute<FText>& Heading,
+	const TAttribute<FText>& Value, ECopyTarget CopyTarget, const TSharedRef<SWidget>& Action)
+{
+	return SNew(SVerticalBox)
 		.Visibility(RowVisibility)
-		+ SHorizontalBox::Slot()
-		.FillWidth(1.0f)
-		.VAlign(VAlign_Center)
+		+ SVerticalBox::Slot()
+		.AutoHeight()
 		[
 			SNew(STextBlock)
-			.Text(Description)
+			.Text(Heading)
 			.AutoWrapText(true)
 		]
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
-		.VAlign(VAlign_Center)
-		.Padding(8.0f, 0.0f, 0.0f, 0.0f)
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		.Padding(0.0f, 2.0f, 0.0f, 0.0f)
 		[
-			SNew(SButton)
-			.Text(ButtonLabel)
-			.ToolTipText(ButtonTooltip)
-			.Visibility(ButtonVisibility)
-			.OnClicked(OnClicked)
+			SNew(SHorizontalBox)
+			+ SHorizontalBox::Slot()
+			.FillWidth(1.0f)
+			.VAlign(VAlign_Center)
+			[
+				SNew(STextBlock)
+				.Text(Value)
+				.Font(MonospaceFont())
+				.AutoWrapText(true)
+			]
+			+ SHorizontalBox::Slot()
+			.AutoWidth()
+			.VAlign(VAlign_Center)
+			.Padding(8.0f, 0.0f, 0.0f, 0.0f)
+			[
+				MakeCopyButton(CopyTarget)
+			]
+			+ SHorizontalBox::Slot()
+			.AutoWidth()
+			.VAlign(VAlign_Center)
+			.Padding(4.0f, 0.0f, 0.0f, 0.0f)
+			[
+				Action
+			]
 		];
 }
 
 TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeBridgeStateRow()
 {
-	return MakeActionRow(EVisibility::Visible,
-		MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetBridgeStateText),
-		LOCTEXT("ZorvekMCPBridgeWizardStartBridge", "Start bridge"),
-		LOCTEXT("ZorvekMCPBridgeWizardStartBridgeTooltip", "Start the local MCP endpoint so AI clients can connect."),
-		MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetStartBridgeVisibility),
-		FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleStartBridgeClicked));
+	return SNew(SVerticalBox)
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		[
+			SNew(SHorizontalBox)
+			+ SHorizontalBox::Slot()
+			.FillWidth(1.0f)
+			.VAlign(VAlign_Center)
+			[
+				SNew(STextBlock)
+				.Text(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetBridgeStateText))
+				.AutoWrapText(true)
+			]
+			+ SHorizontalBox::Slot()
+			.AutoWidth()
+			.VAlign(VAlign_Center)
+			.Padding(8.0f, 0.0f, 0.0f, 0.0f)
+			[
+				SNew(SButton)
+				.Text(LOCTEXT("ZorvekMCPBridgeWizardStartBridge", "Start bridge"))
+				.ToolTipText(LOCTEXT("ZorvekMCPBridgeWizardStartBridgeTooltip", "Start the local MCP endpoint so AI clients can connect."))
+				.Visibility(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetStartBridgeVisibility))
+				.OnClicked(FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleStartBridgeClicked))
+			]
+		]
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		.Padding(0.0f, 6.0f, 0.0f, 0.0f)
+		[
+			MakeCopyableRow(EVisibility::Visible,
+				LOCTEXT("ZorvekMCPBridgeWizardEndpointHeading", "Endpoint address"),
+				MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetEndpointText),
+				ECopyTarget::Endpoint,
+				SNullWidget::NullWidget)
+		];
+}
+
+TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakePortWarningRow()
+{
+	return SNew(SHorizontalBox)
+		.Visibility(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetPortWarningVisibility))
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.VAlign(VAlign_Top)
+		.Padding(0.0f, 0.0f, 6.0f, 0.0f)
+		[
+			SNew(SImage)
+			.Image(FAppStyle::GetBrush(TEXT("Icons.WarningWithColor")))
+		]
+		+ SHorizontalBox::Slot()
+		.FillWidth(1.0f)
+		[
+			SNew(STextBlock)
+			.Text(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetPortWarningText))
+			.AutoWrapText(true)
+		];
+}
+
+TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeProgressRow()
+{
+	return SNew(SHorizontalBox)
+		.Visibility(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetProgressVisibility))
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.VAlign(VAlign_Center)
+		.Padding(0.0f, 0.0f, 8.0f, 0.0f)
+		[
+			SNew(SThrobber)
+		]
+		+ SHorizontalBox::Slot()
+		.FillWidth(1.0f)
+		.VAlign(VAlign_Center)
+		[
+			SNew(STextBlock)
+			.Text(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetProgressText))
+			.AutoWrapText(true)
+		];
 }
 
 TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeClientDetails()
@@ -180,6 +316,12 @@ TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeClientDetails()
 		]
 		+ SVerticalBox::Slot()
 		.AutoHeight()
+		.Padding(0.0f, 8.0f, 0.0f, 0.0f)
+		[
+			MakePortWarningRow()
+		]
+		+ SVerticalBox::Slot()
+		.AutoHeight()
 		.Padding(0.0f, 12.0f, 0.0f, 4.0f)
 		[
 			SNew(SHorizontalBox)
@@ -193,10 +335,7 @@ TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeClientDetails()
 			+ SHorizontalBox::Slot()
 			.AutoWidth()
 			[
-				SNew(SButton)
-				.Text(LOCTEXT("ZorvekMCPBridgeWizardCopySnippet", "Copy"))
-				.ToolTipText(LOCTEXT("ZorvekMCPBridgeWizardCopySnippetTooltip", "Copy the snippet to the clipboard."))
-				.OnClicked(FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleCopySnippetClicked))
+				MakeCopyButton(ECopyTarget::Snippet)
 			]
 		]
 		+ SVerticalBox::Slot()
@@ -204,41 +343,54 @@ TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeClientDetails()
 		[
 			SNew(SMultiLineEditableTextBox)
 			.Text(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetSnippetText))
+			.Font(MonospaceFont())
 			.IsReadOnly(true)
 			.AutoWrapText(false)
 		]
 		+ SVerticalBox::Slot()
 		.AutoHeight()
+		.Padding(0.0f, 10.0f, 0.0f, 0.0f)
+		[
+			MakeCopyableRow(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetInstallVisibility),
+				MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetInstallHeadingText),
+				MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetInstallCommandText),
+				ECopyTarget::InstallCommand,
+				MakeActionButton(LOCTEXT("ZorvekMCPBridgeWizardRunInstall", "Run"),
+					LOCTEXT("ZorvekMCPBridgeWizardRunInstallTooltip", "Run the client's own command-line tool in the project folder to add this bridge. The editor keeps working while it runs; it is stopped after a minute."),
+					EVisibility::Visible,
+					FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleRunInstallClicked)))
+		]
+		+ SVerticalBox::Slot()
+		.AutoHeight()
 		.Padding(0.0f, 8.0f, 0.0f, 0.0f)
 		[
-			MakeActionRow(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetInstallVisibility),
-				MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetInstallCommandText),
-				LOCTEXT("ZorvekMCPBridgeWizardRunInstall", "Run install command"),
-				LOCTEXT("ZorvekMCPBridgeWizardRunInstallTooltip", "Run the client's own command-line tool to add this bridge. The editor waits until it finishes."),
-				EVisibility::Visible,
-				FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleRunInstallClicked))
-		]
-		+ SVerticalBox::Slot()
-		.AutoHeight()
-		.Padding(0.0f, 4.0f, 0.0f, 0.0f)
-		[
-			MakeActionRow(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetVerifyVisibility),
+			MakeCopyableRow(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetVerifyVisibility),
+				MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetVerifyHeadingText),
 				MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetVerifyCommandText),
-				LOCTEXT("ZorvekMCPBridgeWizardVerify", "Verify"),
-				LOCTEXT("ZorvekMCPBridgeWizardVerifyTooltip", "Ask the client which MCP servers it knows and check that this bridge is among them."),
-				EVisibility::Visible,
-				FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleVerifyClicked))
+				ECopyTarget::VerifyCommand,
+				MakeActionButton(LOCTEXT("ZorvekMCPBridgeWizardVerify", "Verify"),
+					LOCTEXT("ZorvekMCPBridgeWizardVerifyTooltip", "Ask the client which MCP servers it knows and check that this bridge is among them, at the port it runs on."),
+					EVisibility::Visible,
+					FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleVerifyClicked)))
 		]
 		+ SVerticalBox::Slot()
 		.AutoHeight()
-		.Padding(0.0f, 4.0f, 0.0f, 0.0f)
+		.Padding(0.0f, 8.0f, 0.0f, 0.0f)
 		[
-			MakeActionRow(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetConfigPathVisibility),
+			MakeCopyableRow(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetConfigPathVisibility),
+				LOCTEXT("ZorvekMCPBridgeWizardConfigHeading", "Configuration file"),
 				MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetConfigPathText),
-				LOCTEXT("ZorvekMCPBridgeWizardWriteConfig", "Write config"),
-				LOCTEXT("ZorvekMCPBridgeWizardWriteConfigTooltip", "Add this bridge to the client's configuration file. The previous file is kept as a timestamped backup next to it."),
-				MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetWriteConfigVisibility),
-				FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleWriteConfigClicked))
+				ECopyTarget::ConfigPath,
+				MakeActionButton(LOCTEXT("ZorvekMCPBridgeWizardWriteConfig", "Write config"),
+					LOCTEXT("ZorvekMCPBridgeWizardWriteConfigTooltip", "Add this bridge to the client's configuration file. The previous file is kept as a timestamped backup next to it."),
+					MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetWriteConfigVisibility),
+					FOnClicked::CreateSP(this, &SZorvekMCPBridgeSetupWizard::HandleWriteConfigClicked)))
+		]
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		.Padding(0.0f, 10.0f, 0.0f, 0.0f)
+		[
+			MakeProgressRow()
 		]
 		+ SVerticalBox::Slot()
 		.AutoHeight()
@@ -257,6 +409,7 @@ TSharedRef<SWidget> SZorvekMCPBridgeSetupWizard::MakeClientDetails()
 			SNew(SMultiLineEditableTextBox)
 			.Text(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetResultOutputText))
 			.Visibility(MakeAttributeRaw(this, &SZorvekMCPBridgeSetupWizard::GetResultOutputVisibility))
+			.Font(MonospaceFont())
 			.IsReadOnly(true)
 		]
 		+ SVerticalBox::Slot()
@@ -292,12 +445,16 @@ TSharedRef<ITableRow> SZorvekMCPBridgeSetupWizard::MakeClientRow(FClientItem Cli
 
 void SZorvekMCPBridgeSetupWizard::HandleClientSelected(FClientItem Client, ESelectInfo::Type SelectInfo)
 {
-	// A click into empty space clears the list's selection; the details keep the last client.
+	// A click into empty space clears the list's selection; the details keep the last client. A
+	// command that still runs reports under whichever client is shown; its message names it.
 	if (Client.IsValid() && Client != SelectedClient)
 	{
 		SelectedClient = Client;
-		ResultMessage.Reset();
-		ResultOutput.Reset();
+		if (IsIdle())
+		{
+			ResultMessage.Reset();
+			ResultOutput.Reset();
+		}
 	}
 }
 
@@ -313,22 +470,50 @@ bool SZorvekMCPBridgeSetupWizard::IsBridgeRunning() const
 	return Settings && Settings->IsBridgeShownRunning();
 }
 
+FString SZorvekMCPBridgeSetupWizard::GetRunningEndpointUrl() const
+{
+	return IsBridgeRunning() ? GetEndpointUrl() : FString();
+}
+
 const FZorvekMCPBridgeClientDescriptor& SZorvekMCPBridgeSetupWizard::GetSelectedClient() const
 {
 	return *SelectedClient;
 }
 
+FString SZorvekMCPBridgeSetupWizard::GetCopyText(ECopyTarget CopyTarget) const
+{
+	const FZorvekMCPBridgeClientDescriptor& Client = GetSelectedClient();
+	switch (CopyTarget)
+	{
+	case ECopyTarget::Endpoint:
+		return GetEndpointUrl();
+	case ECopyTarget::Snippet:
+		return ZorvekMCPBridgeAISetup::BuildSetupSnippet(Client.Id, GetEndpointUrl());
+	case ECopyTarget::InstallCommand:
+		return ZorvekMCPBridgeAISetup::BuildInstallCommandLine(Client, GetEndpointUrl());
+	case ECopyTarget::VerifyCommand:
+		return ZorvekMCPBridgeAISetup::BuildVerifyCommandLine(Client);
+	case ECopyTarget::ConfigPath:
+		return Client.ConfigPath;
+	}
+	return FString();
+}
+
 FText SZorvekMCPBridgeSetupWizard::GetBridgeStateText() const
 {
-	const FText Endpoint = FText::FromString(GetEndpointUrl());
 	return IsBridgeRunning()
-		? FText::Format(LOCTEXT("ZorvekMCPBridgeWizardRunning", "Zorvek MCP Bridge is running at {0}. Pick your AI client and connect it with one of the ways below."), Endpoint)
-		: FText::Format(LOCTEXT("ZorvekMCPBridgeWizardStopped", "Zorvek MCP Bridge is not running. Start it so your AI client can reach {0}."), Endpoint);
+		? LOCTEXT("ZorvekMCPBridgeWizardRunning", "Zorvek MCP Bridge is running. Pick your AI client and connect it with one of the ways below.")
+		: LOCTEXT("ZorvekMCPBridgeWizardStopped", "Zorvek MCP Bridge is not running. Start it so your AI client can reach it; it takes the first free port from 8765, so the address below may change.");
 }
 
 EVisibility SZorvekMCPBridgeSetupWizard::GetStartBridgeVisibility() const
 {
 	return VisibleIf(!IsBridgeRunning());
+}
+
+FText SZorvekMCPBridgeSetupWizard::GetEndpointText() const
+{
+	return FText::FromString(GetEndpointUrl());
 }
 
 FText SZorvekMCPBridgeSetupWizard::GetClientTitleText() const
@@ -344,13 +529,18 @@ FText SZorvekMCPBridgeSetupWizard::GetTransportText() const
 
 FText SZorvekMCPBridgeSetupWizard::GetSnippetText() const
 {
-	return FText::FromString(ZorvekMCPBridgeAISetup::BuildSetupSnippet(GetSelectedClient().Id, GetEndpointUrl()));
+	return FText::FromString(GetCopyText(ECopyTarget::Snippet));
 }
 
 FText SZorvekMCPBridgeSetupWizard::GetInstallCommandText() const
 {
-	return FText::Format(LOCTEXT("ZorvekMCPBridgeWizardInstallCommand", "Install command: {0}"),
-		FText::FromString(ZorvekMCPBridgeAISetup::BuildInstallCommandLine(GetSelectedClient(), GetEndpointUrl())));
+	return FText::FromString(GetCopyText(ECopyTarget::InstallCommand));
+}
+
+FText SZorvekMCPBridgeSetupWizard::GetInstallHeadingText() const
+{
+	return FText::Format(LOCTEXT("ZorvekMCPBridgeWizardInstallHeading", "Install command (runs in {0})"),
+		FText::FromString(ZorvekMCPBridgeAISetup::GetClientCommandWorkingDirectory()));
 }
 
 EVisibility SZorvekMCPBridgeSetupWizard::GetInstallVisibility() const
@@ -360,8 +550,13 @@ EVisibility SZorvekMCPBridgeSetupWizard::GetInstallVisibility() const
 
 FText SZorvekMCPBridgeSetupWizard::GetVerifyCommandText() const
 {
-	return FText::Format(LOCTEXT("ZorvekMCPBridgeWizardVerifyCommand", "Check with: {0}"),
-		FText::FromString(ZorvekMCPBridgeAISetup::BuildVerifyCommandLine(GetSelectedClient())));
+	return FText::FromString(GetCopyText(ECopyTarget::VerifyCommand));
+}
+
+FText SZorvekMCPBridgeSetupWizard::GetVerifyHeadingText() const
+{
+	return FText::Format(LOCTEXT("ZorvekMCPBridgeWizardVerifyHeading", "Check with (runs in {0})"),
+		FText::FromString(ZorvekMCPBridgeAISetup::GetClientCommandWorkingDirectory()));
 }
 
 EVisibility SZorvekMCPBridgeSetupWizard::GetVerifyVisibility() const
@@ -371,7 +566,7 @@ EVisibility SZorvekMCPBridgeSetupWizard::GetVerifyVisibility() const
 
 FText SZorvekMCPBridgeSetupWizard::GetConfigPathText() const
 {
-	return FText::Format(LOCTEXT("ZorvekMCPBridgeWizardConfigPath", "Configuration file: {0}"), FText::FromString(GetSelectedClient().ConfigPath));
+	return FText::FromString(GetCopyText(ECopyTarget::ConfigPath));
 }
 
 EVisibility SZorvekMCPBridgeSetupWizard::GetConfigPathVisibility() const
@@ -382,6 +577,47 @@ EVisibility SZorvekMCPBridgeSetupWizard::GetConfigPathVisibility() const
 EVisibility SZorvekMCPBridgeSetupWizard::GetWriteConfigVisibility() const
 {
 	return VisibleIf(GetSelectedClient().bConfigWriteEnabled);
+}
+
+void SZorvekMCPBridgeSetupWizard::UpdatePortWarning(bool bForce) const
+{
+	const FString RunningEndpoint = GetRunningEndpointUrl();
+	const FString& ClientId = GetSelectedClient().Id;
+	if (!bForce && PortWarningClientId.Equals(ClientId, ESearchCase::CaseSensitive) && PortWarningEndpoint.Equals(RunningEndpoint, ESearchCase::CaseSensitive))
+	{
+		return;
+	}
+	PortWarningClientId = ClientId;
+	PortWarningEndpoint = RunningEndpoint;
+	PortWarning = ZorvekMCPBridgeAISetup::DescribeConfiguredPortMismatch(GetSelectedClient(), RunningEndpoint);
+}
+
+FText SZorvekMCPBridgeSetupWizard::GetPortWarningText() const
+{
+	UpdatePortWarning(false);
+	return FText::FromString(PortWarning);
+}
+
+EVisibility SZorvekMCPBridgeSetupWizard::GetPortWarningVisibility() const
+{
+	UpdatePortWarning(false);
+	return VisibleIf(!PortWarning.IsEmpty());
+}
+
+FText SZorvekMCPBridgeSetupWizard::GetProgressText() const
+{
+	return FText::Format(LOCTEXT("ZorvekMCPBridgeWizardRunningCommand", "Running {0} ... The editor keeps working; the command is stopped after {1} seconds."),
+		FText::FromString(RunningCommandLine), FText::AsNumber((int32)ZorvekMCPBridgeAISetup::DefaultClientCommandTimeoutSeconds));
+}
+
+EVisibility SZorvekMCPBridgeSetupWizard::GetProgressVisibility() const
+{
+	return VisibleIf(!IsIdle());
+}
+
+bool SZorvekMCPBridgeSetupWizard::IsIdle() const
+{
+	return RunningCommandLine.IsEmpty();
 }
 
 FText SZorvekMCPBridgeSetupWizard::GetDocumentationText() const
@@ -413,44 +649,86 @@ EVisibility SZorvekMCPBridgeSetupWizard::GetResultOutputVisibility() const
 FReply SZorvekMCPBridgeSetupWizard::HandleStartBridgeClicked()
 {
 	StartBridgeCallback.ExecuteIfBound();
-	ResultOutput.Reset();
-	ResultMessage = IsBridgeRunning()
-		? FString()
-		: LOCTEXT("ZorvekMCPBridgeWizardStartFailed", "The bridge could not start. The Output Log (LogZorvekMCPBridge) says why.").ToString();
+	if (IsIdle())
+	{
+		ResultOutput.Reset();
+		ResultMessage = IsBridgeRunning()
+			? FString()
+			: LOCTEXT("ZorvekMCPBridgeWizardStartFailed", "The bridge could not start. The Output Log (LogZorvekMCPBridge) says why.").ToString();
+	}
 	return FReply::Handled();
 }
 
-FReply SZorvekMCPBridgeSetupWizard::HandleCopySnippetClicked()
+FReply SZorvekMCPBridgeSetupWizard::HandleCopyClicked(ECopyTarget CopyTarget)
 {
-	const FZorvekMCPBridgeClientDescriptor& Client = GetSelectedClient();
-	FPlatformApplicationMisc::ClipboardCopy(*ZorvekMCPBridgeAISetup::BuildSetupSnippet(Client.Id, GetEndpointUrl()));
+	FPlatformApplicationMisc::ClipboardCopy(*GetCopyText(CopyTarget));
 	UE_LOG(LogZorvekMCPBridge, Display, TEXT("Copied Zorvek MCP Bridge setup text to clipboard"));
+	if (!IsIdle())
+	{
+		// The running command's line stays on screen; the copy needs no word.
+		return FReply::Handled();
+	}
 	ResultOutput.Reset();
-	ResultMessage = FText::Format(LOCTEXT("ZorvekMCPBridgeWizardCopied", "Copied the {0} snippet to the clipboard. Add it to the MCP configuration of {0}, then restart {0} so it reloads MCP servers."),
-		FText::FromString(Client.DisplayName)).ToString();
+	const FText ClientName = FText::FromString(GetSelectedClient().DisplayName);
+	switch (CopyTarget)
+	{
+	case ECopyTarget::Endpoint:
+		ResultMessage = LOCTEXT("ZorvekMCPBridgeWizardCopiedEndpoint", "Copied the endpoint address to the clipboard.").ToString();
+		break;
+	case ECopyTarget::Snippet:
+		ResultMessage = FText::Format(LOCTEXT("ZorvekMCPBridgeWizardCopied", "Copied the {0} snippet to the clipboard. Add it to the MCP configuration of {0}, then restart {0} so it reloads MCP servers."),
+			ClientName).ToString();
+		break;
+	case ECopyTarget::InstallCommand:
+	case ECopyTarget::VerifyCommand:
+		ResultMessage = FText::Format(LOCTEXT("ZorvekMCPBridgeWizardCopiedCommand", "Copied the command to the clipboard. Run it in a terminal in {0}."),
+			FText::FromString(ZorvekMCPBridgeAISetup::GetClientCommandWorkingDirectory())).ToString();
+		break;
+	case ECopyTarget::ConfigPath:
+		ResultMessage = LOCTEXT("ZorvekMCPBridgeWizardCopiedPath", "Copied the configuration file's path to the clipboard.").ToString();
+		break;
+	}
 	return FReply::Handled();
 }
 
 FReply SZorvekMCPBridgeSetupWizard::HandleRunInstallClicked()
 {
-	FZorvekMCPBridgePlatformProcessRunner Runner;
-	ShowActionResult(ZorvekMCPBridgeAISetup::InstallWithClientCli(GetSelectedClient(), GetEndpointUrl(), Runner));
+	const FZorvekMCPBridgeClientDescriptor Client = GetSelectedClient();
+	const FString EndpointUrl = GetEndpointUrl();
+	StartClientCommand(ZorvekMCPBridgeAISetup::BuildInstallCommandLine(Client, EndpointUrl),
+		[Client, EndpointUrl, Options = ZorvekMCPBridgeAISetup::MakeClientCommandOptions()]()
+		{
+			FZorvekMCPBridgePlatformProcessRunner Runner;
+			return ZorvekMCPBridgeAISetup::InstallWithClientCli(Client, EndpointUrl, Options, Runner);
+		});
 	return FReply::Handled();
 }
 
 FReply SZorvekMCPBridgeSetupWizard::HandleVerifyClicked()
 {
-	FZorvekMCPBridgePlatformProcessRunner Runner;
-	ShowActionResult(ZorvekMCPBridgeAISetup::VerifyWithClientCli(GetSelectedClient(), Runner));
+	// In the project folder too: a client that registers servers per project lists only the
+	// registrations of the folder it runs in.
+	const FZorvekMCPBridgeClientDescriptor Client = GetSelectedClient();
+	StartClientCommand(ZorvekMCPBridgeAISetup::BuildVerifyCommandLine(Client),
+		[Client, RunningEndpointUrl = GetRunningEndpointUrl(), Options = ZorvekMCPBridgeAISetup::MakeClientCommandOptions()]()
+		{
+			FZorvekMCPBridgePlatformProcessRunner Runner;
+			return ZorvekMCPBridgeAISetup::VerifyWithClientCli(Client, RunningEndpointUrl, Options, Runner);
+		});
 	return FReply::Handled();
 }
 
 FReply SZorvekMCPBridgeSetupWizard::HandleWriteConfigClicked()
 {
+	if (!IsIdle())
+	{
+		return FReply::Handled();
+	}
 	FString Message;
 	ZorvekMCPBridgeAISetup::WriteClientConfig(GetSelectedClient(), GetEndpointUrl(), Message);
 	ResultMessage = Message;
 	ResultOutput.Reset();
+	UpdatePortWarning(true);
 	return FReply::Handled();
 }
 
@@ -466,14 +744,40 @@ void SZorvekMCPBridgeSetupWizard::HandleDocumentationNavigate()
 	}
 }
 
-void SZorvekMCPBridgeSetupWizard::ShowActionResult(const FZorvekMCPBridgeSetupActionResult& Result)
+void SZorvekMCPBridgeSetupWizard::StartClientCommand(const FString& CommandLine, TUniqueFunction<FZorvekMCPBridgeSetupActionResult()> Action)
 {
+	// The buttons are greyed out meanwhile; this guards a click that raced the greying.
+	if (!IsIdle())
+	{
+		return;
+	}
+	RunningCommandLine = CommandLine;
+	ResultMessage.Reset();
+	ResultOutput.Reset();
+	UE_LOG(LogZorvekMCPBridge, Display, TEXT("Running %s in %s"), *CommandLine, *ZorvekMCPBridgeAISetup::GetClientCommandWorkingDirectory());
+
+	// The wizard may be closed before the command ends; then the result is only logged.
+	const TWeakPtr<SZorvekMCPBridgeSetupWizard> WeakWizard = SharedThis(this);
+	ZorvekMCPBridgeAISetup::RunSetupActionInBackground(MoveTemp(Action), [WeakWizard](const FZorvekMCPBridgeSetupActionResult& Result)
+	{
+		if (!Result.bSucceeded)
+		{
+			UE_LOG(LogZorvekMCPBridge, Warning, TEXT("%s"), *Result.Message);
+		}
+		if (const TSharedPtr<SZorvekMCPBridgeSetupWizard> Wizard = WeakWizard.Pin())
+		{
+			Wizard->FinishClientCommand(Result);
+		}
+	});
+}
+
+void SZorvekMCPBridgeSetupWizard::FinishClientCommand(const FZorvekMCPBridgeSetupActionResult& Result)
+{
+	RunningCommandLine.Reset();
 	ResultMessage = Result.Message;
 	ResultOutput = Result.Output;
-	if (!Result.bSucceeded)
-	{
-		UE_LOG(LogZorvekMCPBridge, Warning, TEXT("%s"), *Result.Message);
-	}
+	// The client's tool may have rewritten its configuration file.
+	UpdatePortWarning(true);
 }
 
 #undef LOCTEXT_NAMESPACE

@@ -1,7 +1,6 @@
 #include "Setup/ZorvekMCPBridgeAISetup.h"
 
 #include "HAL/PlatformMisc.h"
-#include "HAL/PlatformProcess.h"
 #include "Misc/Paths.h"
 
 const TCHAR* const ZorvekMCPBridgeAISetup::ServerName = TEXT("zorvek-unreal");
@@ -9,11 +8,6 @@ const TCHAR* const ZorvekMCPBridgeAISetup::EndpointPlaceholder = TEXT("{endpoint
 
 namespace
 {
-	const TCHAR* const FallbackCommandShell = TEXT("C:\\Windows\\System32\\cmd.exe");
-
-	// cmd.exe treats these as separators or operators in an unquoted file name.
-	const TCHAR* const ShellCharactersNeedingQuotes = TEXT(" \t&()[]{}^=;!'+,`~");
-
 	FZorvekMCPBridgeClientDescriptor MakeClient(const TCHAR* Id, const TCHAR* DisplayName, const TCHAR* TransportLabel, const TCHAR* DocumentationUrl)
 	{
 		FZorvekMCPBridgeClientDescriptor Client;
@@ -106,26 +100,6 @@ namespace
 		Lines.Add(TEXT("6. Report what was validated locally versus what Jules only changed in the repository."));
 		return JoinLines(Lines);
 	}
-
-	FString DescribeOutput(const FZorvekMCPBridgeProcessResult& Result)
-	{
-		const FString StdOut = Result.StdOut.TrimStartAndEnd();
-		const FString StdErr = Result.StdErr.TrimStartAndEnd();
-		if (StdOut.IsEmpty() || StdErr.IsEmpty())
-		{
-			return StdOut + StdErr;
-		}
-		return StdOut + TEXT("\n") + StdErr;
-	}
-}
-
-FZorvekMCPBridgeProcessResult FZorvekMCPBridgePlatformProcessRunner::Run(const FString& Executable, const FString& Arguments)
-{
-	FZorvekMCPBridgeProcessResult Result;
-	int32 ExitCode = -1;
-	Result.bLaunched = FPlatformProcess::ExecProcess(*Executable, *Arguments, &ExitCode, &Result.StdOut, &Result.StdErr);
-	Result.ExitCode = ExitCode;
-	return Result;
 }
 
 TArray<FZorvekMCPBridgeClientDescriptor> ZorvekMCPBridgeAISetup::BuildClientCatalogue()
@@ -273,152 +247,4 @@ FString ZorvekMCPBridgeAISetup::BuildVerifyCommandLine(const FZorvekMCPBridgeCli
 		return FString();
 	}
 	return Client.CliVerifyExecutable + TEXT(" ") + Client.CliVerifyArguments;
-}
-
-FString ZorvekMCPBridgeAISetup::GetCommandShell()
-{
-	const FString Shell = FPlatformMisc::GetEnvironmentVariable(TEXT("ComSpec"));
-	return Shell.IsEmpty() ? FString(FallbackCommandShell) : Shell;
-}
-
-FString ZorvekMCPBridgeAISetup::QuoteExecutableForShell(const FString& Executable)
-{
-	const bool bAlreadyQuoted = Executable.Len() >= 2 && Executable.StartsWith(TEXT("\"")) && Executable.EndsWith(TEXT("\""));
-	if (bAlreadyQuoted)
-	{
-		return Executable;
-	}
-	bool bNeedsQuotes = false;
-	for (const TCHAR* Special = ShellCharactersNeedingQuotes; *Special && !bNeedsQuotes; ++Special)
-	{
-		int32 Index = INDEX_NONE;
-		bNeedsQuotes = Executable.FindChar(*Special, Index);
-	}
-	return bNeedsQuotes ? TEXT("\"") + Executable + TEXT("\"") : Executable;
-}
-
-FString ZorvekMCPBridgeAISetup::BuildShellArguments(const FString& Executable, const FString& Arguments)
-{
-	// With /S the shell strips exactly the outer pair of quotes and keeps the inner ones, so a
-	// quoted executable path survives.
-	return FString::Printf(TEXT("/S /C \"%s %s\""), *QuoteExecutableForShell(Executable), *Arguments);
-}
-
-bool ZorvekMCPBridgeAISetup::FindCliOnPath(const FString& ExecutableName, FString& OutPath, IZorvekMCPBridgeProcessRunner& Runner)
-{
-	OutPath.Reset();
-	const FZorvekMCPBridgeProcessResult Result = Runner.Run(TEXT("where.exe"), ExecutableName);
-	if (!Result.Succeeded())
-	{
-		return false;
-	}
-	TArray<FString> Lines;
-	Result.StdOut.ParseIntoArrayLines(Lines, false);
-	for (const FString& Line : Lines)
-	{
-		const FString Trimmed = Line.TrimStartAndEnd();
-		if (!Trimmed.IsEmpty())
-		{
-			OutPath = Trimmed;
-			return true;
-		}
-	}
-	return false;
-}
-
-bool ZorvekMCPBridgeAISetup::FindCliOnPath(const FString& ExecutableName, FString& OutPath)
-{
-	FZorvekMCPBridgePlatformProcessRunner Runner;
-	return FindCliOnPath(ExecutableName, OutPath, Runner);
-}
-
-bool ZorvekMCPBridgeAISetup::RunClientCommand(const FString& Executable, const FString& Arguments, int32& OutExitCode, FString& OutStdOut, FString& OutStdErr,
-	IZorvekMCPBridgeProcessRunner& Runner)
-{
-	const FZorvekMCPBridgeProcessResult Result = Runner.Run(GetCommandShell(), BuildShellArguments(Executable, Arguments));
-	OutExitCode = Result.ExitCode;
-	OutStdOut = Result.StdOut;
-	OutStdErr = Result.StdErr;
-	return Result.bLaunched;
-}
-
-bool ZorvekMCPBridgeAISetup::RunClientCommand(const FString& Executable, const FString& Arguments, int32& OutExitCode, FString& OutStdOut, FString& OutStdErr)
-{
-	FZorvekMCPBridgePlatformProcessRunner Runner;
-	return RunClientCommand(Executable, Arguments, OutExitCode, OutStdOut, OutStdErr, Runner);
-}
-
-namespace
-{
-	// Finds the client's tool and runs one of its commands; the wording is shared by install and
-	// verify, the success message is the caller's.
-	FZorvekMCPBridgeSetupActionResult RunClientCliAction(const FZorvekMCPBridgeClientDescriptor& Client, const FString& Executable, const FString& Arguments,
-		const FString& SuccessMessage, IZorvekMCPBridgeProcessRunner& Runner)
-	{
-		FZorvekMCPBridgeSetupActionResult Action;
-		FString FoundPath;
-		if (!ZorvekMCPBridgeAISetup::FindCliOnPath(Executable, FoundPath, Runner))
-		{
-			Action.bFallBackToSnippet = true;
-			Action.Message = FString::Printf(TEXT("%s was not found on PATH. Install the %s command-line tool, or copy the snippet into %s's configuration instead."),
-				*Executable, *Client.DisplayName, *Client.DisplayName);
-			return Action;
-		}
-
-		FZorvekMCPBridgeProcessResult Result;
-		Result.bLaunched = ZorvekMCPBridgeAISetup::RunClientCommand(Executable, Arguments, Result.ExitCode, Result.StdOut, Result.StdErr, Runner);
-		Action.Output = DescribeOutput(Result);
-		const FString CommandLine = Executable + TEXT(" ") + Arguments;
-		if (!Result.bLaunched)
-		{
-			Action.bFallBackToSnippet = true;
-			Action.Message = FString::Printf(TEXT("Could not start the command shell %s to run \"%s\". Copy the snippet instead."),
-				*ZorvekMCPBridgeAISetup::GetCommandShell(), *CommandLine);
-			return Action;
-		}
-		if (Result.ExitCode != 0)
-		{
-			Action.bFallBackToSnippet = true;
-			Action.Message = FString::Printf(TEXT("\"%s\" failed with exit code %d. Copy the snippet instead."), *CommandLine, Result.ExitCode);
-			return Action;
-		}
-		Action.bSucceeded = true;
-		Action.Message = SuccessMessage;
-		return Action;
-	}
-}
-
-FZorvekMCPBridgeSetupActionResult ZorvekMCPBridgeAISetup::InstallWithClientCli(const FZorvekMCPBridgeClientDescriptor& Client, const FString& EndpointUrl,
-	IZorvekMCPBridgeProcessRunner& Runner)
-{
-	if (!Client.HasInstallCommand())
-	{
-		FZorvekMCPBridgeSetupActionResult Action;
-		Action.bFallBackToSnippet = true;
-		Action.Message = FString::Printf(TEXT("%s has no install command. Copy the snippet instead."), *Client.DisplayName);
-		return Action;
-	}
-	const FString Success = FString::Printf(TEXT("Added %s to %s at %s. Restart %s so it reloads MCP servers."),
-		ServerName, *Client.DisplayName, *EndpointUrl, *Client.DisplayName);
-	return RunClientCliAction(Client, Client.CliExecutable, BuildInstallArguments(Client, EndpointUrl), Success, Runner);
-}
-
-FZorvekMCPBridgeSetupActionResult ZorvekMCPBridgeAISetup::VerifyWithClientCli(const FZorvekMCPBridgeClientDescriptor& Client,
-	IZorvekMCPBridgeProcessRunner& Runner)
-{
-	if (!Client.HasVerifyCommand())
-	{
-		FZorvekMCPBridgeSetupActionResult Action;
-		Action.Message = FString::Printf(TEXT("%s has no command that lists its MCP servers."), *Client.DisplayName);
-		return Action;
-	}
-	FZorvekMCPBridgeSetupActionResult Action = RunClientCliAction(Client, Client.CliVerifyExecutable, Client.CliVerifyArguments,
-		FString::Printf(TEXT("%s lists its MCP servers below; look for %s."), *Client.DisplayName, ServerName), Runner);
-	if (Action.bSucceeded && !Action.Output.Contains(ServerName))
-	{
-		Action.bSucceeded = false;
-		Action.bFallBackToSnippet = true;
-		Action.Message = FString::Printf(TEXT("%s does not list %s yet. Run the install command or copy the snippet."), *Client.DisplayName, ServerName);
-	}
-	return Action;
 }

@@ -25,46 +25,6 @@ struct FZorvekMCPBridgeClientDescriptor
 	bool HasVerifyCommand() const { return !CliVerifyExecutable.IsEmpty(); }
 };
 
-// What an outside program left behind.
-struct FZorvekMCPBridgeProcessResult
-{
-	// False when the program could not be started at all.
-	bool bLaunched = false;
-	int32 ExitCode = -1;
-	FString StdOut;
-	FString StdErr;
-
-	bool Succeeded() const { return bLaunched && ExitCode == 0; }
-};
-
-// Runs an outside program and waits for it. The AI clients' command-line tools are Windows
-// programs; tests stand in for them through this.
-class IZorvekMCPBridgeProcessRunner
-{
-public:
-	virtual ~IZorvekMCPBridgeProcessRunner() = default;
-	virtual FZorvekMCPBridgeProcessResult Run(const FString& Executable, const FString& Arguments) = 0;
-};
-
-// The engine's own process execution.
-class FZorvekMCPBridgePlatformProcessRunner : public IZorvekMCPBridgeProcessRunner
-{
-public:
-	virtual FZorvekMCPBridgeProcessResult Run(const FString& Executable, const FString& Arguments) override;
-};
-
-// The outcome of a wizard action (running a client's install or verify command), worded for
-// the user, with the snippet as the way out whenever the command route fails.
-struct FZorvekMCPBridgeSetupActionResult
-{
-	bool bSucceeded = false;
-	// True when the user should fall back to copying the snippet by hand.
-	bool bFallBackToSnippet = false;
-	FString Message;
-	// What the command printed (standard output, then error output).
-	FString Output;
-};
-
 namespace ZorvekMCPBridgeAISetup
 {
 	// The name under which every client knows the bridge.
@@ -93,29 +53,4 @@ namespace ZorvekMCPBridgeAISetup
 	// The install command as a user would type it; empty when the client has none.
 	FString BuildInstallCommandLine(const FZorvekMCPBridgeClientDescriptor& Client, const FString& EndpointUrl);
 	FString BuildVerifyCommandLine(const FZorvekMCPBridgeClientDescriptor& Client);
-
-	// The command shell: %ComSpec%, or cmd.exe in the system folder when that is not set.
-	FString GetCommandShell();
-	// The executable in double quotes when the shell would otherwise split or interpret it.
-	FString QuoteExecutableForShell(const FString& Executable);
-	// The shell's argument text for running one command: /S /C "<executable> <arguments>".
-	FString BuildShellArguments(const FString& Executable, const FString& Arguments);
-
-	// Asks "where.exe" for the executable; true with the first path it printed.
-	bool FindCliOnPath(const FString& ExecutableName, FString& OutPath,
-		IZorvekMCPBridgeProcessRunner& Runner);
-	bool FindCliOnPath(const FString& ExecutableName, FString& OutPath);
-
-	// Runs "<executable> <arguments>" through the command shell and waits for it. Returns whether
-	// the shell could be started; exit code 0 is success.
-	bool RunClientCommand(const FString& Executable, const FString& Arguments, int32& OutExitCode, FString& OutStdOut, FString& OutStdErr,
-		IZorvekMCPBridgeProcessRunner& Runner);
-	bool RunClientCommand(const FString& Executable, const FString& Arguments, int32& OutExitCode, FString& OutStdOut, FString& OutStdErr);
-
-	// The wizard's "run the install command" and "verify" actions: find the client's tool, run
-	// it, and word the outcome.
-	FZorvekMCPBridgeSetupActionResult InstallWithClientCli(const FZorvekMCPBridgeClientDescriptor& Client, const FString& EndpointUrl,
-		IZorvekMCPBridgeProcessRunner& Runner);
-	FZorvekMCPBridgeSetupActionResult VerifyWithClientCli(const FZorvekMCPBridgeClientDescriptor& Client,
-		IZorvekMCPBridgeProcessRunner& Runner);
 }

@@ -97,8 +97,11 @@ bool FZorvekMCPBridgeConfigWriter::Write(const FZorvekMCPBridgeClientDescriptor&
 		return Fail(OutMessage, TEXT("Could not serialize updated JSON config"));
 	}
 
+	// UTF-8 without a byte-order mark, whatever the text holds: the engine's automatic choice
+	// would write UTF-16 as soon as one character is not ASCII (a home folder named José), and
+	// the clients' JSON readers cannot read that.
 	const FString TemporaryPath = MakeTemporaryPath(ConfigPath);
-	if (!FFileHelper::SaveStringToFile(UpdatedText, *TemporaryPath, FFileHelper::EEncodingOptions::AutoDetect, &FileManager))
+	if (!FFileHelper::SaveStringToFile(UpdatedText, *TemporaryPath, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM, &FileManager))
 	{
 		return Fail(OutMessage, FString::Printf(TEXT("Could not write temp config %s"), *TemporaryPath));
 	}

@@ -8,7 +8,8 @@ struct FZorvekMCPBridgeClientDescriptor;
 
 // Adds the bridge to a client's JSON configuration file: only "mcpServers" -> "zorvek-unreal"
 // changes, the previous file is kept as a timestamped backup first, and the new text goes to a
-// temporary file that is moved into place, so a failure never leaves a half-written file.
+// temporary file that is moved into place, so a failure never leaves a half-written file. The
+// file is written as UTF-8 without a byte-order mark, which every client reads.
 class FZorvekMCPBridgeConfigWriter
 {
 public:

@@ -10,4 +10,6 @@ public:
 	static FSlateApplication& Get();
 
 	TSharedRef<SWindow> AddWindow(TSharedRef<SWindow> InSlateWindow, const bool bShowImmediately = true);
+	// The window stays above its parent and goes with it when the parent is minimised or closed.
+	TSharedRef<SWindow> AddWindowAsNativeChild(TSharedRef<SWindow> InSlateWindow, TSharedRef<SWindow> InParentWindow, const bool bShowImmediately = true);
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Fonts/SlateFontInfo.h"
 #include "Widgets/Layout/SBorder.h"
 
 class SMultiLineEditableTextBox : public SBorder
@@ -11,6 +12,7 @@ public:
 		SLATE_ATTRIBUTE(bool, IsReadOnly)
 		SLATE_ATTRIBUTE(bool, AutoWrapText)
 		SLATE_ATTRIBUTE(bool, AllowContextMenu)
+		SLATE_ATTRIBUTE(FSlateFontInfo, Font)
 	SLATE_END_ARGS()
 
 	SMultiLineEditableTextBox();

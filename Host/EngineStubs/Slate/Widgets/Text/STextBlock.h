@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Fonts/SlateFontInfo.h"
 #include "Widgets/SWidget.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 
@@ -11,6 +12,7 @@ public:
 		SLATE_ATTRIBUTE(FText, Text)
 		SLATE_ATTRIBUTE(bool, AutoWrapText)
 		SLATE_ATTRIBUTE(float, WrapTextAt)
+		SLATE_ATTRIBUTE(FSlateFontInfo, Font)
 	SLATE_END_ARGS()
 
 	STextBlock();
