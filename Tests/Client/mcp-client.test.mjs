@@ -499,6 +499,18 @@ describe('asset tools on the host\'s sample project', { timeout: TEST_TIMEOUT_MS
 		assert.equal(inspected.class_path, '/Script/Engine.Material');
 		assert.equal(inspected.material.root_input_count, 8);
 		assert.equal(inspected.material.expression_count, 6);
+		// The title is the caption the material editor formats, last line first.
+		assert.equal(inspected.material.expressions[4].node_title, "'Roughness'\nParam (0.6)");
+	});
+
+	test('unreal_inspect_asset writes every property value in the engine\'s text, defaults included', async () =>
+	{
+		const inspected = structuredPayload(await callTool(client, 'unreal_inspect_asset', { AssetNameOrPath: 'T_Rock_Wet_D' }), 'unreal_inspect_asset');
+		assert.equal(inspected.properties.ImportedSize.value, '(X=1024,Y=1024)');
+		assert.equal(inspected.properties.SRGB.value, 'True');
+		assert.equal(inspected.properties.LODBias.value, '0');
+		assert.equal(inspected.properties.CompressionSettings.value, 'TC_Default');
+		assert.deepEqual(inspected.partial_failures, []);
 	});
 
 	test('unknown assets and missing arguments are tool errors', async () =>
