@@ -1,6 +1,8 @@
 #include "Tools/ZorvekMCPBridgeToolArguments.h"
 
 #include "Dom/JsonValue.h"
+// FMath::RoundHalfFromZero, FMath::IsNaN and FCString::Atod: not in the reference notes; check
+// against the engine (Core's Math/UnrealMathUtility.h and Misc/CString.h).
 #include "Math/UnrealMathUtility.h"
 
 namespace
