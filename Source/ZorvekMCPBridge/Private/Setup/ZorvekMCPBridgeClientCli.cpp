@@ -37,10 +37,15 @@ namespace
 	// "60 seconds", "0.5 seconds".
 	FString DescribeSeconds(double Seconds)
 	{
+		// The engine checks Printf formats at compile time, so each is a literal of its own.
 		const int32 WholeSeconds = (int32)Seconds;
+		if (WholeSeconds == 1 && Seconds == 1.0)
+		{
+			return TEXT("1 second");
+		}
 		if ((double)WholeSeconds == Seconds)
 		{
-			return FString::Printf(WholeSeconds == 1 ? TEXT("%d second") : TEXT("%d seconds"), WholeSeconds);
+			return FString::Printf(TEXT("%d seconds"), WholeSeconds);
 		}
 		return FString::Printf(TEXT("%.1f seconds"), Seconds);
 	}
@@ -119,6 +124,8 @@ FString ZorvekMCPBridgeAISetup::GetClientCommandWorkingDirectory()
 {
 	// The engine hands out the project folder relative to its own; a program needs it whole.
 	FString Directory = FPaths::ConvertRelativePathToFull(FPaths::ProjectDir());
+	// Not in the reference notes; check against the engine: FPaths::NormalizeDirectoryName drops
+	// the trailing slash.
 	FPaths::NormalizeDirectoryName(Directory);
 	return Directory;
 }

@@ -143,7 +143,7 @@ bool ZorvekMCPBridgeAISetup::ReadConfiguredAddress(const FZorvekMCPBridgeClientD
 	}
 	for (const TCHAR* Key : {TEXT("url"), TEXT("httpUrl"), TEXT("serverUrl")})
 	{
-		Keys.AddUnique(Key);
+		Keys.AddUnique(FString(Key));
 	}
 	for (const FString& Key : Keys)
 	{
