@@ -252,7 +252,6 @@ public:
 private:
 	friend class FSimulatedProjectLoader;
 	friend class FSimulatedTextParser;
-	friend class FSimulatedTextExporter;
 
 	FSimulatedType* AddType(ESimulatedTypeKind Kind, const FString& Path, FSimulatedType* MetaClass, FString& OutError);
 	bool FindSuperType(ESimulatedTypeKind Kind, const FString& SuperPath, const FString& Path, FSimulatedType*& OutSuper, FString& OutError) const;
