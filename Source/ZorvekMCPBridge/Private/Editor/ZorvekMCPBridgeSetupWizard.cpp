@@ -28,6 +28,9 @@
 #include "ZorvekMCPBridge.h"
 #include "ZorvekMCPBridgeLog.h"
 
+// Not in the reference notes; check against the engine: SThrobber (Slate), SImage and SNullWidget
+// (SlateCore), and the Font argument of STextBlock and SMultiLineEditableTextBox.
+
 #define LOCTEXT_NAMESPACE "FZorvekMCPBridgeModule"
 
 namespace
