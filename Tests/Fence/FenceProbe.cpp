@@ -55,5 +55,8 @@ void Probe()
 #elif ZORVEK_PROBE == 13
 	TSharedPtr<int32> Shared = MakeShared<int32>(1);
 	(void)Shared.GetStdPointer();
+#elif ZORVEK_PROBE == 14
+	const TCHAR* Format = TEXT("%d");
+	(void)FString::Printf(Format, 1);
 #endif
 }

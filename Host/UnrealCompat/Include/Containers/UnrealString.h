@@ -202,6 +202,8 @@ public:
 	template <typename FmtType, typename... Types>
 	static FString Printf(const FmtType& Fmt, Types... Args)
 	{
+		// As the engine: the format is a literal, never a pointer or a string built at run time.
+		static_assert(std::is_array_v<FmtType> && std::is_same_v<std::remove_cv_t<std::remove_extent_t<FmtType>>, TCHAR>, "Formatting string must be a TCHAR array.");
 		const FStringFormatArgValue Values[] = {UECompatPrintf::MakeArg(Args)..., FStringFormatArgValue{}};
 		return UECompatPrintf::Format(Fmt, Values, (int32)sizeof...(Args));
 	}
