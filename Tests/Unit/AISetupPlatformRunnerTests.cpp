@@ -140,3 +140,38 @@ TEST(AISetupBackgroundAction, RunsOffTheGameThreadAndReportsBackThroughTheGameTh
 	EXPECT_TRUE(bFinishedOnGameThread);
 	EXPECT_TEXT_EQ(Message, TEXT("done"));
 }
+
+TEST(AISetupBackgroundAction, ShuttingDownEndsTheRunningCommandAndDropsItsResult)
+{
+	FGameThreadTaskQueue::Get().ProcessPendingTasks();
+	FTemporaryFolder Folder;
+	std::atomic<bool> bStarted{false};
+	FZorvekMCPBridgeProcessResult Ended;
+	bool bFinished = false;
+
+	ZorvekMCPBridgeAISetup::RunSetupActionInBackground(
+		[&bStarted, &Ended, &Folder]()
+		{
+			bStarted = true;
+			Ended = RunShell("sleep 30", InFolder(Folder.PathText("."), 60.0));
+			return FZorvekMCPBridgeSetupActionResult();
+		},
+		[&bFinished](const FZorvekMCPBridgeSetupActionResult&) { bFinished = true; });
+	while (!bStarted)
+	{
+		FPlatformProcess::Sleep(0.001f);
+	}
+	FPlatformProcess::Sleep(0.1f);
+
+	// The module's code runs that thread, so shutting down waits for it, ending its program.
+	const double StartSeconds = FPlatformTime::Seconds();
+	EXPECT_TRUE(ZorvekMCPBridgeAISetup::StopBackgroundActions(10.0));
+	EXPECT_LT(FPlatformTime::Seconds() - StartSeconds, 10.0);
+	EXPECT_TRUE(Ended.bStopped);
+	EXPECT_FALSE(Ended.Succeeded());
+	FGameThreadTaskQueue::Get().ProcessPendingTasks();
+	EXPECT_FALSE(bFinished);
+
+	// Later actions run as before.
+	EXPECT_TRUE(RunShell("exit 0", InFolder(Folder.PathText("."), 10.0)).Succeeded());
+}

@@ -5,6 +5,7 @@
 #include "Misc/ConfigCacheIni.h"
 #include "Modules/ModuleManager.h"
 #include "Server/ZorvekMCPBridgeServer.h"
+#include "Setup/ZorvekMCPBridgeClientCli.h"
 #include "ZorvekMCPBridgeLog.h"
 
 #define LOCTEXT_NAMESPACE "FZorvekMCPBridgeModule"
@@ -14,6 +15,7 @@ namespace
 	const TCHAR* const ConfigSection = TEXT("ZorvekMCPBridge");
 	const TCHAR* const AutoStartKey = TEXT("bAutoStart");
 	constexpr float AutoStartDelaySeconds = 0.1f;
+	constexpr double BackgroundActionStopSeconds = 5.0;
 }
 
 const TCHAR* const FZorvekMCPBridgeModule::DefaultEndpointUrl = TEXT("http://127.0.0.1:8765/mcp");
@@ -69,6 +71,11 @@ void FZorvekMCPBridgeModule::ShutdownModule()
 		Server.Reset();
 	}
 	EditorPort.Reset();
+	// A client command the setup wizard started runs on a thread of the module's own.
+	if (!ZorvekMCPBridgeAISetup::StopBackgroundActions(BackgroundActionStopSeconds))
+	{
+		UE_LOG(LogZorvekMCPBridge, Warning, TEXT("A client command of the setup wizard did not stop in time"));
+	}
 
 	StartCommand.Reset();
 	StopCommand.Reset();

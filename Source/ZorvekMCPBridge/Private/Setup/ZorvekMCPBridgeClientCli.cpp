@@ -10,6 +10,8 @@
 #include "Setup/ZorvekMCPBridgeAISetup.h"
 #include "Setup/ZorvekMCPBridgeConfiguredEndpoint.h"
 
+#include <atomic>
+
 const double ZorvekMCPBridgeAISetup::DefaultClientCommandTimeoutSeconds = 60.0;
 const double ZorvekMCPBridgeAISetup::FindCliTimeoutSeconds = 15.0;
 
@@ -22,6 +24,11 @@ namespace
 
 	// How often a running program's pipe is read and its clock checked.
 	const float ProcessPollSeconds = 0.01f;
+
+	// Background actions still running, and whether the module asked them to stop: their code
+	// lives in the module, so none may outlive it.
+	std::atomic<int32> RunningBackgroundActions{0};
+	std::atomic<bool> bStopBackgroundActions{false};
 
 	FString DescribeOutput(const FZorvekMCPBridgeProcessResult& Result)
 	{
@@ -96,6 +103,12 @@ FZorvekMCPBridgeProcessResult FZorvekMCPBridgePlatformProcessRunner::Run(const F
 	while (FPlatformProcess::IsProcRunning(Process))
 	{
 		AppendPipe(ReadPipe, Output, Chunk, bRead);
+		if (bStopBackgroundActions)
+		{
+			FPlatformProcess::TerminateProc(Process, true);
+			Result.bStopped = true;
+			break;
+		}
 		if (Options.TimeoutSeconds > 0.0 && FPlatformTime::Seconds() - StartSeconds >= Options.TimeoutSeconds)
 		{
 			// The shell's children (the client's node process, say) go with it.
@@ -322,12 +335,30 @@ void ZorvekMCPBridgeAISetup::RunSetupActionInBackground(TUniqueFunction<FZorvekM
 	TUniqueFunction<void(const FZorvekMCPBridgeSetupActionResult&)> OnFinished)
 {
 	// A thread of its own rather than the pool: the action mostly waits, for up to a minute.
+	++RunningBackgroundActions;
 	Async(EAsyncExecution::Thread, [Action = MoveTemp(Action), OnFinished = MoveTemp(OnFinished)]() mutable
 	{
 		FZorvekMCPBridgeSetupActionResult Result = Action();
-		AsyncTask(ENamedThreads::GameThread, [Result = MoveTemp(Result), OnFinished = MoveTemp(OnFinished)]()
+		if (!bStopBackgroundActions)
 		{
-			OnFinished(Result);
-		});
+			AsyncTask(ENamedThreads::GameThread, [Result = MoveTemp(Result), OnFinished = MoveTemp(OnFinished)]()
+			{
+				OnFinished(Result);
+			});
+		}
+		--RunningBackgroundActions;
 	});
+}
+
+bool ZorvekMCPBridgeAISetup::StopBackgroundActions(double TimeoutSeconds)
+{
+	bStopBackgroundActions = true;
+	const double StartSeconds = FPlatformTime::Seconds();
+	while (RunningBackgroundActions > 0 && FPlatformTime::Seconds() - StartSeconds < TimeoutSeconds)
+	{
+		FPlatformProcess::Sleep(ProcessPollSeconds);
+	}
+	const bool bAllStopped = RunningBackgroundActions == 0;
+	bStopBackgroundActions = false;
+	return bAllStopped;
 }

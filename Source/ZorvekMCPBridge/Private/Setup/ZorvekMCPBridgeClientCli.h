@@ -21,11 +21,13 @@ struct FZorvekMCPBridgeProcessResult
 	bool bLaunched = false;
 	// True when the program outlived its time and was ended; its exit code then means nothing.
 	bool bTimedOut = false;
+	// True when it was ended because the module shut down (StopBackgroundActions).
+	bool bStopped = false;
 	int32 ExitCode = -1;
 	FString StdOut;
 	FString StdErr;
 
-	bool Succeeded() const { return bLaunched && !bTimedOut && ExitCode == 0; }
+	bool Succeeded() const { return bLaunched && !bTimedOut && !bStopped && ExitCode == 0; }
 };
 
 // Runs an outside program and waits for it. The AI clients' command-line tools are Windows
@@ -109,4 +111,8 @@ namespace ZorvekMCPBridgeAISetup
 	// weak references.
 	void RunSetupActionInBackground(TUniqueFunction<FZorvekMCPBridgeSetupActionResult()> Action,
 		TUniqueFunction<void(const FZorvekMCPBridgeSetupActionResult&)> OnFinished);
+	// Ends the programs the background actions run and waits, at most TimeoutSeconds, for their
+	// threads to finish; their results are dropped. The module calls it as it shuts down, since
+	// a thread running the module's code must not outlive it. True when none is left running.
+	bool StopBackgroundActions(double TimeoutSeconds);
 }
