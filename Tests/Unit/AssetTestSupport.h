@@ -130,4 +130,20 @@ namespace ZorvekAssetTests
 		}
 		return Result;
 	}
+
+	// A camera object graph as "role:name" lines, depth first, "(cycle)" marking a revisit.
+	inline void FlattenCameraGraph(const TSharedPtr<FJsonObject>& Node, std::vector<std::string>& Out)
+	{
+		const FString Entry = Node->GetStringField(TEXT("role")) + TEXT(":") + Node->GetStringField(TEXT("name"));
+		if (Node->HasField(TEXT("cycle")))
+		{
+			Out.push_back(UECompatToUtf8(Entry + TEXT(" (cycle)")));
+			return;
+		}
+		Out.push_back(UECompatToUtf8(Entry));
+		for (const TSharedPtr<FJsonValue>& Child : Node->GetArrayField(TEXT("children")))
+		{
+			FlattenCameraGraph(Child->AsObject(), Out);
+		}
+	}
 }

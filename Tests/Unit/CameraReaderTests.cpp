@@ -8,22 +8,6 @@ using namespace ZorvekMCPBridgeAssets;
 
 namespace
 {
-	// role:name, with "(cycle)" for revisits, depth first.
-	void FlattenCameraGraph(const TSharedPtr<FJsonObject>& Node, std::vector<std::string>& Out)
-	{
-		const FString Entry = Node->GetStringField(TEXT("role")) + TEXT(":") + Node->GetStringField(TEXT("name"));
-		if (Node->HasField(TEXT("cycle")))
-		{
-			Out.push_back(S(Entry + TEXT(" (cycle)")));
-			return;
-		}
-		Out.push_back(S(Entry));
-		for (const TSharedPtr<FJsonValue>& Child : Node->GetArrayField(TEXT("children")))
-		{
-			FlattenCameraGraph(Child->AsObject(), Out);
-		}
-	}
-
 	std::vector<std::string> FlatGraphOf(const TSharedPtr<FJsonObject>& Camera)
 	{
 		std::vector<std::string> Flat;

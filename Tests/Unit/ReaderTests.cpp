@@ -40,22 +40,6 @@ namespace
 	{
 		return Node->GetArrayField(TEXT("children"))[Index]->AsObject();
 	}
-
-	// role:name, with "(cycle)" for revisits, depth first.
-	void FlattenGraph(const TSharedPtr<FJsonObject>& Node, std::vector<std::string>& Out)
-	{
-		FString Entry = Node->GetStringField(TEXT("role")) + TEXT(":") + Node->GetStringField(TEXT("name"));
-		if (Node->HasField(TEXT("cycle")))
-		{
-			Out.push_back(S(Entry + TEXT(" (cycle)")));
-			return;
-		}
-		Out.push_back(S(Entry));
-		for (const TSharedPtr<FJsonValue>& ChildValue : Node->GetArrayField(TEXT("children")))
-		{
-			FlattenGraph(ChildValue->AsObject(), Out);
-		}
-	}
 }
 
 TEST_F(ReaderTest, AssetsOutsideAFamilyAreNotRecognized)
@@ -101,7 +85,7 @@ TEST_F(ReaderTest, CameraGraphListsEachObjectOnceAndMarksEverySecondVisit)
 {
 	const TSharedPtr<FJsonObject> Graph = ReadCamera(TEXT("/Game/Cameras/CA_Hero.CA_Hero"))->GetObjectField(TEXT("object_graph"));
 	std::vector<std::string> Flat;
-	FlattenGraph(Graph, Flat);
+	FlattenCameraGraph(Graph, Flat);
 	// The shared transition, the rig's node list and the interface parameters' targets merge
 	// into objects already listed; the parameters themselves are reached inside the rig's
 	// Interface struct. The deprecated rig list and the transient build status are not walked.
@@ -178,7 +162,7 @@ TEST(CameraReader, OlderShapesAreReadByTheirOwnNamesAndMergedNodesAreCycles)
 	EXPECT_FALSE(Camera->GetObjectField(TEXT("camera_director"))->HasField(TEXT("name")));
 
 	std::vector<std::string> Flat;
-	FlattenGraph(Camera->GetObjectField(TEXT("object_graph")), Flat);
+	FlattenCameraGraph(Camera->GetObjectField(TEXT("object_graph")), Flat);
 	EXPECT_EQ(Flat, (std::vector<std::string>{"asset:Cam", "CameraRigs[0]:RigA", "RootNode:Shared", "Interface.InterfaceParameters[0]:Distance", "CameraRigs[1]:RigB", "RootNode:Shared (cycle)"}));
 
 	const TSharedPtr<FJsonObject> Rig = ReadGameplayCameraAsset(*Port, FindObject(*Port, TEXT("/Game/RigA.RigA")), Failures);
