@@ -1,6 +1,7 @@
 // The headless host's editor: the simulated editor over a project fixture, the sample project
 // unless the host selected another.
 #include "SimulatedEditorPort.h"
+#include "SimulatedPackageFiles.h"
 
 DEFINE_LOG_CATEGORY_STATIC(LogZorvekSimulatedEditor, Log, All);
 
@@ -18,6 +19,13 @@ namespace
 		if (!Editor->LoadProjectFile(FilePath, OutError))
 		{
 			return nullptr;
+		}
+		// What earlier sessions saved, as the editor finds its packages on disk at start.
+		TArray<FString> Errors;
+		SimulatedPackageFiles::LoadSavedPackages(*Editor, Errors);
+		for (const FString& Error : Errors)
+		{
+			UE_LOG(LogZorvekSimulatedEditor, Warning, TEXT("Saved package skipped: %s"), *Error);
 		}
 		return Editor;
 	}

@@ -3,8 +3,11 @@
 #include "Containers/UnrealString.h"
 
 class FConfigCacheIni;
+class FOutputDeviceError;
 
 extern FConfigCacheIni* GConfig;
+// Declared only: nothing on the host reports fatal errors through it.
+extern FOutputDeviceError* GError;
 extern FString GEngineIni;
 extern FString GEditorIni;
 extern FString GEditorPerProjectIni;

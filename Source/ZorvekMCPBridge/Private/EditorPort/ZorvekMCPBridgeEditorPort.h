@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "EditorPort/ZorvekMCPBridgeAssetAuthoringPort.h"
 #include "EditorPort/ZorvekMCPBridgeAssetRegistryPort.h"
 #include "EditorPort/ZorvekMCPBridgeMaterialPort.h"
 #include "EditorPort/ZorvekMCPBridgeObjectHandle.h"
@@ -24,6 +25,7 @@ public:
 	virtual IZorvekMCPBridgeObjects& GetObjects() = 0;
 	virtual IZorvekMCPBridgeReflection& GetReflection() = 0;
 	virtual IZorvekMCPBridgeMaterials& GetMaterials() = 0;
+	virtual IZorvekMCPBridgeAssetAuthoring& GetAssetAuthoring() = 0;
 };
 
 // Creates the port of this build: defined once by the editor build (Editor/Port/) and once by
