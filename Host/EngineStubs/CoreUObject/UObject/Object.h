@@ -27,6 +27,8 @@ public:
 	void ClearFlags(EObjectFlags NewFlags);
 	bool HasAnyFlags(EObjectFlags FlagsToCheck) const;
 	bool MarkPackageDirty() const;
+	void MarkAsGarbage();
+	virtual bool Rename(const TCHAR* NewName = nullptr, UObject* NewOuter = nullptr, ERenameFlags Flags = REN_None);
 	void AddToRoot();
 	void RemoveFromRoot();
 	bool IsRooted() const;

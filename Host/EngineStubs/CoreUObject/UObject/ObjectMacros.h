@@ -44,9 +44,31 @@ enum EObjectFlags
 };
 ENUM_CLASS_FLAGS(EObjectFlags)
 
+// Not in the reference notes beyond REN_None; values from the engine's ObjectMacros.h, check
+// against the engine.
+typedef uint32 ERenameFlags;
+#define REN_None (0x0000)
+#define REN_DoNotDirty (0x0004)
+#define REN_DontCreateRedirectors (0x0010)
+#define REN_NonTransactional (0x0020)
+
 enum ELoadFlags
 {
 	LOAD_None = 0x00000000,
+};
+
+// Not in the reference notes (only the names SAVE_None and SAVE_NoError are); values from the
+// engine's ObjectMacros.h, check against the engine.
+enum ESaveFlags
+{
+	SAVE_None = 0x00000000,
+	SAVE_NoError = 0x00000001,
+};
+
+// Not in the reference notes beyond its None value; check against the engine.
+enum class EInternalObjectFlags : int32
+{
+	None = 0,
 };
 
 enum EClassFlags

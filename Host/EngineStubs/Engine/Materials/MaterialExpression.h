@@ -36,6 +36,10 @@ public:
 	virtual FString GetDescription() const;
 	virtual bool HasAParameterName() const;
 	virtual FName GetParameterName() const;
+	virtual void SetParameterName(const FName& Name);
+	void ValidateParameterName(const bool bAllowDuplicateName = true);
+	void UpdateMaterialExpressionGuid(bool bForceGeneration, bool bAllowMarkingPackageDirty);
+	void UpdateParameterGuid(bool bForceGeneration, bool bAllowMarkingPackageDirty);
 #endif
 };
 
@@ -48,4 +52,6 @@ struct FMaterialExpressionCollection
 	TArray<TObjectPtr<UMaterialExpressionComment>> EditorComments;
 	TObjectPtr<UMaterialExpression> ExpressionExecBegin;
 	TObjectPtr<UMaterialExpression> ExpressionExecEnd;
+
+	void AddExpression(UMaterialExpression* InExpression);
 };

@@ -91,4 +91,46 @@ public:
 	// MP_ prefix (BaseColor, Normal, MaterialAttributes...); an unknown name yields an
 	// unconnected input of that name. False when the object is not a UMaterial.
 	virtual bool ReadMaterial(FZorvekMCPBridgeObjectHandle Material, const TArray<FString>& RootProperties, FZorvekMCPBridgeMaterialSnapshot& OutSnapshot) const = 0;
+
+	// The write side, as the material editor's library does it. Nothing here saves, and only
+	// CreateMaterial and AddExpression touch the package's dirty flag; the tools call
+	// NotifyMaterialEdited once a change is complete.
+
+	// A blank material PackageName.AssetName (what UMaterialFactoryNew makes: no expressions, no
+	// connections) in a new package, registered as created, its package dirty. The caller has
+	// checked the names and that nothing exists there. Invalid, with the reason, when the editor
+	// refuses.
+	virtual FZorvekMCPBridgeObjectHandle CreateMaterial(const FString& PackageName, const FString& AssetName, FString& OutError) = 0;
+
+	// True when the expression class names a parameter (the class default's HasAParameterName).
+	virtual bool IsParameterExpressionClass(const FString& ClassPath) const = 0;
+
+	// A new expression of the class inside the material, named NodeName (empty: the engine
+	// picks ClassName_N), set up as CreateMaterialExpression sets a new expression up (its
+	// material, a unique parameter name for parameter classes, R and G on a component mask) but
+	// not yet part of the graph: the material and its package are unchanged until
+	// AddExpression. The caller has checked that the class is a concrete expression class and
+	// that no object of that name exists in the material.
+	virtual FZorvekMCPBridgeObjectHandle NewExpression(FZorvekMCPBridgeObjectHandle Material, const FString& ClassPath, const FString& NodeName) = 0;
+	// Throws away an expression from NewExpression that never joined the graph, without
+	// dirtying anything; its name is free again.
+	virtual void DiscardExpression(FZorvekMCPBridgeObjectHandle Expression) = 0;
+	// SetParameterName and the description bubble text (Desc) of an expression.
+	virtual void SetParameterName(FZorvekMCPBridgeObjectHandle Expression, const FString& ParameterName) = 0;
+	virtual void SetDescription(FZorvekMCPBridgeObjectHandle Expression, const FString& Description) = 0;
+	// Puts the expression into the material's expression collection at the position, with a new
+	// MaterialExpressionGuid, and marks the package dirty.
+	virtual void AddExpression(FZorvekMCPBridgeObjectHandle Material, FZorvekMCPBridgeObjectHandle Expression, int32 PosX, int32 PosY) = 0;
+
+	// FExpressionInput::Connect of the target's input at InputIndex (GetInput order) or of the
+	// material's root input (an EMaterialProperty name without MP_, taken through
+	// GetExpressionInputForProperty): the source and output index, the output's mask copied. The
+	// caller has checked that the output index is one of the source's outputs. False when the
+	// input does not exist.
+	virtual bool ConnectExpressionInput(FZorvekMCPBridgeObjectHandle Source, int32 OutputIndex, FZorvekMCPBridgeObjectHandle Target, int32 InputIndex) = 0;
+	virtual bool ConnectRootInput(FZorvekMCPBridgeObjectHandle Material, const FString& RootProperty, FZorvekMCPBridgeObjectHandle Source, int32 OutputIndex) = 0;
+
+	// MarkPackageDirty and PostEditChange on the material: what every authoring tool does after
+	// its change.
+	virtual void NotifyMaterialEdited(FZorvekMCPBridgeObjectHandle Material) = 0;
 };

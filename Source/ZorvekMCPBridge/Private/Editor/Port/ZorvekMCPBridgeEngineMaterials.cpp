@@ -1,11 +1,14 @@
 #include "Editor/Port/ZorvekMCPBridgeEngineEditorPort.h"
+#include "AssetRegistry/AssetRegistryModule.h"
 #include "MaterialExpressionIO.h"
 #include "Materials/Material.h"
 #include "Materials/MaterialExpression.h"
 #include "Materials/MaterialExpressionComment.h"
+#include "Materials/MaterialExpressionComponentMask.h"
 #include "SceneTypes.h"
 #include "Templates/Casts.h"
 #include "UObject/Class.h"
+#include "UObject/Package.h"
 #include "UObject/ReflectedTypeAccessors.h"
 
 namespace
@@ -119,4 +122,154 @@ bool FZorvekMCPBridgeEngineMaterials::ReadMaterial(FZorvekMCPBridgeObjectHandle 
 		}
 	}
 	return true;
+}
+
+namespace
+{
+	UMaterial* ToMaterial(FZorvekMCPBridgeObjectHandle Handle)
+	{
+		return Cast<UMaterial>(FZorvekMCPBridgeEngineEditorPort::ToObject(Handle));
+	}
+
+	UMaterialExpression* ToExpression(FZorvekMCPBridgeObjectHandle Handle)
+	{
+		return Cast<UMaterialExpression>(FZorvekMCPBridgeEngineEditorPort::ToObject(Handle));
+	}
+
+	UClass* LoadExpressionClass(const FString& ClassPath)
+	{
+		UClass* Class = LoadObject<UClass>(nullptr, ClassPath);
+		return Class && Class->IsChildOf(UMaterialExpression::StaticClass()) && !Class->HasAnyClassFlags(CLASS_Abstract) ? Class : nullptr;
+	}
+}
+
+FZorvekMCPBridgeObjectHandle FZorvekMCPBridgeEngineMaterials::CreateMaterial(const FString& PackageName, const FString& AssetName, FString& OutError)
+{
+	// The blank material UMaterialFactoryNew makes, without IAssetTools, whose overwrite
+	// question would wait for a click (unreal-api-editor.md §4.5).
+	UPackage* Package = CreatePackage(*PackageName);
+	if (!Package)
+	{
+		OutError = FString::Printf(TEXT("the editor refused to create package %s."), *PackageName);
+		return FZorvekMCPBridgeObjectHandle();
+	}
+	UMaterial* Material = NewObject<UMaterial>(Package, FName(*AssetName), RF_Public | RF_Standalone | RF_Transactional);
+	FAssetRegistryModule::AssetCreated(Material);
+	Material->PostEditChange();
+	Material->MarkPackageDirty();
+	return FZorvekMCPBridgeEngineEditorPort::ToHandle(Material);
+}
+
+bool FZorvekMCPBridgeEngineMaterials::IsParameterExpressionClass(const FString& ClassPath) const
+{
+	const UClass* Class = LoadExpressionClass(ClassPath);
+	const UMaterialExpression* Default = Class ? Cast<UMaterialExpression>(Class->GetDefaultObject()) : nullptr;
+	return Default && Default->HasAParameterName();
+}
+
+FZorvekMCPBridgeObjectHandle FZorvekMCPBridgeEngineMaterials::NewExpression(FZorvekMCPBridgeObjectHandle MaterialHandle, const FString& ClassPath, const FString& NodeName)
+{
+	UMaterial* Material = ToMaterial(MaterialHandle);
+	UClass* Class = LoadExpressionClass(ClassPath);
+	if (!Material || !Class)
+	{
+		return FZorvekMCPBridgeObjectHandle();
+	}
+	// What CreateMaterialExpressionEx does before it adds the expression to the graph
+	// (unreal-behaviour-world-assets.md §5.3); the rest waits for AddExpression.
+	UMaterialExpression* Expression = NewObject<UMaterialExpression>(Material, Class, NodeName.IsEmpty() ? FName(NAME_None) : FName(*NodeName), RF_Transactional);
+	Expression->Material = Material;
+	if (UMaterialExpressionComponentMask* Mask = Cast<UMaterialExpressionComponentMask>(Expression))
+	{
+		Mask->R = 1;
+		Mask->G = 1;
+	}
+	if (Expression->HasAParameterName())
+	{
+		Expression->ValidateParameterName(false);
+	}
+	return FZorvekMCPBridgeEngineEditorPort::ToHandle(Expression);
+}
+
+void FZorvekMCPBridgeEngineMaterials::DiscardExpression(FZorvekMCPBridgeObjectHandle Handle)
+{
+	if (UMaterialExpression* Expression = ToExpression(Handle))
+	{
+		// Out of the material's package without dirtying it, so its name is free again.
+		Expression->Rename(nullptr, GetTransientPackage(), REN_DoNotDirty | REN_DontCreateRedirectors | REN_NonTransactional);
+		Expression->Material = nullptr;
+		Expression->MarkAsGarbage();
+	}
+}
+
+void FZorvekMCPBridgeEngineMaterials::SetParameterName(FZorvekMCPBridgeObjectHandle Handle, const FString& ParameterName)
+{
+	if (UMaterialExpression* Expression = ToExpression(Handle))
+	{
+		Expression->SetParameterName(FName(*ParameterName));
+	}
+}
+
+void FZorvekMCPBridgeEngineMaterials::SetDescription(FZorvekMCPBridgeObjectHandle Handle, const FString& Description)
+{
+	if (UMaterialExpression* Expression = ToExpression(Handle))
+	{
+		Expression->Desc = Description;
+	}
+}
+
+void FZorvekMCPBridgeEngineMaterials::AddExpression(FZorvekMCPBridgeObjectHandle MaterialHandle, FZorvekMCPBridgeObjectHandle Handle, int32 PosX, int32 PosY)
+{
+	UMaterial* Material = ToMaterial(MaterialHandle);
+	UMaterialExpression* Expression = ToExpression(Handle);
+	if (!Material || !Expression)
+	{
+		return;
+	}
+	Material->GetExpressionCollection().AddExpression(Expression);
+	Expression->MaterialExpressionEditorX = PosX;
+	Expression->MaterialExpressionEditorY = PosY;
+	Expression->UpdateMaterialExpressionGuid(true, true);
+	if (Expression->HasAParameterName())
+	{
+		Expression->UpdateParameterGuid(true, true);
+	}
+	Material->MarkPackageDirty();
+}
+
+bool FZorvekMCPBridgeEngineMaterials::ConnectExpressionInput(FZorvekMCPBridgeObjectHandle SourceHandle, int32 OutputIndex, FZorvekMCPBridgeObjectHandle TargetHandle, int32 InputIndex)
+{
+	UMaterialExpression* Source = ToExpression(SourceHandle);
+	UMaterialExpression* Target = ToExpression(TargetHandle);
+	FExpressionInput* Input = Source && Target ? Target->GetInput(InputIndex) : nullptr;
+	if (!Input)
+	{
+		return false;
+	}
+	Input->Connect(OutputIndex, Source);
+	return true;
+}
+
+bool FZorvekMCPBridgeEngineMaterials::ConnectRootInput(FZorvekMCPBridgeObjectHandle MaterialHandle, const FString& RootProperty, FZorvekMCPBridgeObjectHandle SourceHandle, int32 OutputIndex)
+{
+	UMaterial* Material = ToMaterial(MaterialHandle);
+	UMaterialExpression* Source = ToExpression(SourceHandle);
+	const int64 Property = StaticEnum<EMaterialProperty>()->GetValueByNameString(FString(TEXT("MP_")) + RootProperty);
+	// GetExpressionInputForProperty does not check its argument; MP_MAX and beyond stay out.
+	FExpressionInput* Input = Material && Source && Property != INDEX_NONE && Property < MP_MAX ? Material->GetExpressionInputForProperty((EMaterialProperty)Property) : nullptr;
+	if (!Input)
+	{
+		return false;
+	}
+	Input->Connect(OutputIndex, Source);
+	return true;
+}
+
+void FZorvekMCPBridgeEngineMaterials::NotifyMaterialEdited(FZorvekMCPBridgeObjectHandle MaterialHandle)
+{
+	if (UMaterial* Material = ToMaterial(MaterialHandle))
+	{
+		Material->MarkPackageDirty();
+		Material->PostEditChange();
+	}
 }
