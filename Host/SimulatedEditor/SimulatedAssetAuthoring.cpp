@@ -132,6 +132,18 @@ FZorvekMCPBridgeObjectHandle FSimulatedAssetAuthoring::CreateAssetObject(FZorvek
 	return FSimulatedEditorPort::ToHandle(Class && OuterObject ? Editor.CreateObject(Class, OuterObject, Name, Error) : nullptr);
 }
 
+FZorvekMCPBridgeObjectHandle FSimulatedAssetAuthoring::CreateSubobject(FZorvekMCPBridgeObjectHandle Outer, const FString& ClassPath, const FString& Name)
+{
+	FSimulatedType* Class = Editor.FindTypeByPath(ClassPath);
+	FSimulatedObject* OuterObject = FSimulatedEditorPort::ToObject(Outer);
+	if (!Class || !OuterObject || (Class->ClassFlags & ZorvekMCPBridgeClassFlags::Abstract) != 0)
+	{
+		return FZorvekMCPBridgeObjectHandle();
+	}
+	FString Error;
+	return FSimulatedEditorPort::ToHandle(Editor.CreateObject(Class, OuterObject, Name, Error));
+}
+
 void FSimulatedAssetAuthoring::NotifyAssetCreated(FZorvekMCPBridgeObjectHandle /*Asset*/)
 {
 	// Nothing to record: the registry's in-memory queries list every loaded asset already

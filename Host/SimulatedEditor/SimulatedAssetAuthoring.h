@@ -18,6 +18,7 @@ public:
 	bool IsValidLongPackageName(const FString& PackageName, FString& OutReason) const override;
 	FZorvekMCPBridgeObjectHandle CreateOrFindPackage(const FString& PackageName) override;
 	FZorvekMCPBridgeObjectHandle CreateAssetObject(FZorvekMCPBridgeObjectHandle Outer, const FString& ClassPath, const FString& Name) override;
+	FZorvekMCPBridgeObjectHandle CreateSubobject(FZorvekMCPBridgeObjectHandle Outer, const FString& ClassPath, const FString& Name) override;
 	void NotifyAssetCreated(FZorvekMCPBridgeObjectHandle Asset) override;
 	void MarkPackageDirty(FZorvekMCPBridgeObjectHandle Object) override;
 	bool SavePackage(FZorvekMCPBridgeObjectHandle Asset, FString& OutFileName) override;

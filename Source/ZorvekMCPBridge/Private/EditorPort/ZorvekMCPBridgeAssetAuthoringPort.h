@@ -33,6 +33,11 @@ public:
 	// class is concrete. Invalid when the class does not load.
 	virtual FZorvekMCPBridgeObjectHandle CreateAssetObject(FZorvekMCPBridgeObjectHandle Outer, const FString& ClassPath, const FString& Name) = 0;
 
+	// NewObject of the class inside Outer with RF_Transactional: an object an asset holds (a
+	// node, a director, a state). The caller has checked the name is free. Invalid when the class
+	// does not load or is abstract.
+	virtual FZorvekMCPBridgeObjectHandle CreateSubobject(FZorvekMCPBridgeObjectHandle Outer, const FString& ClassPath, const FString& Name) = 0;
+
 	// FAssetRegistryModule::AssetCreated: the registry lists the new asset from now on.
 	virtual void NotifyAssetCreated(FZorvekMCPBridgeObjectHandle Asset) = 0;
 

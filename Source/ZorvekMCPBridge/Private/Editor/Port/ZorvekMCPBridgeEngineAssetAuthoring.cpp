@@ -80,6 +80,17 @@ FZorvekMCPBridgeObjectHandle FZorvekMCPBridgeEngineAssetAuthoring::CreateAssetOb
 	return FZorvekMCPBridgeEngineEditorPort::ToHandle(NewObject<UObject>(OuterObject, Class, FName(*Name), RF_Public | RF_Standalone));
 }
 
+FZorvekMCPBridgeObjectHandle FZorvekMCPBridgeEngineAssetAuthoring::CreateSubobject(FZorvekMCPBridgeObjectHandle Outer, const FString& ClassPath, const FString& Name)
+{
+	UObject* OuterObject = FZorvekMCPBridgeEngineEditorPort::ToObject(Outer);
+	UClass* Class = ClassPath.StartsWith(TEXT("/")) ? ::LoadObject<UClass>(nullptr, *ClassPath) : nullptr;
+	if (!OuterObject || !Class || Class->HasAnyClassFlags(CLASS_Abstract))
+	{
+		return FZorvekMCPBridgeObjectHandle();
+	}
+	return FZorvekMCPBridgeEngineEditorPort::ToHandle(NewObject<UObject>(OuterObject, Class, FName(*Name), RF_Transactional));
+}
+
 void FZorvekMCPBridgeEngineAssetAuthoring::NotifyAssetCreated(FZorvekMCPBridgeObjectHandle Asset)
 {
 	if (UObject* Object = FZorvekMCPBridgeEngineEditorPort::ToObject(Asset))
