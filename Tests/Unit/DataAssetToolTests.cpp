@@ -2,6 +2,7 @@
 // the batch, and saving to the simulated editor's package files.
 #include "AISetupTestSupport.h"
 #include "AssetTestSupport.h"
+#include "Misc/Paths.h"
 #include "SimulatedPackageFiles.h"
 
 #include <sys/stat.h>
@@ -303,4 +304,32 @@ TEST_F(FDataAssetToolTest, AFailedSaveIsReportedAndTheAssetStaysCreatedAndChange
 	EXPECT_EQ(S(Export(TEXT("/Game/Items/DA_Locked.DA_Locked"), TEXT("Title"))), "Changed");
 	EXPECT_TRUE(Port->GetSimulatedAssetAuthoring().IsPackageDirty(TEXT("/Game/Items/DA_Locked")));
 	EXPECT_EQ(Folder.ReadBytes("Saved/Game/Items/DA_Locked.json"), "{}");
+}
+
+TEST(DataAssetSaving, TheHostsNextEditorStartsWithWhatTheLastOneSaved)
+{
+	// The host's editor saves under the project's Saved folder and reads it back on start.
+	FTemporaryFolder Folder;
+	FPaths::SetProjectDirForHost(Folder.PathText("Project") + TEXT("/"));
+	struct FProjectDirReset
+	{
+		~FProjectDirReset() { FPaths::SetProjectDirForHost(FString()); }
+	} ProjectDirReset;
+	{
+		const TSharedPtr<IZorvekMCPBridgeEditorPort> First = CreateZorvekMCPBridgeEditorPort();
+		ASSERT_TRUE(First.IsValid());
+		TSharedPtr<FZorvekMCPBridgeServer, ESPMode::ThreadSafe> Server = MakeShared<FZorvekMCPBridgeServer, ESPMode::ThreadSafe>();
+		Server->SetEditorPort(First);
+		const TSharedPtr<FJsonObject> Created = Server->ExecuteTool(TEXT("data_asset_create"), Arguments({{TEXT("ClassPath"), Text(TEXT("/Script/SampleGame.LootTableDataAsset"))},
+			{TEXT("PackagePath"), Text(TEXT("/Game/Saved"))}, {TEXT("AssetName"), Text(TEXT("DA_Kept"))}}));
+		ASSERT_TRUE(FToolRunner::Payload(Created)->GetBoolField(TEXT("saved")));
+		Server->ExecuteTool(TEXT("data_asset_set_property"), Arguments({{TEXT("AssetNameOrPath"), Text(TEXT("/Game/Data/DA_LootTable"))}, {TEXT("PropertyName"), Text(TEXT("TableName"))}, {TEXT("Value"), Text(TEXT("Renamed"))}}));
+	}
+	EXPECT_TRUE(std::filesystem::exists(Folder.Path("Project/Saved/SimulatedContent/Game/Saved/DA_Kept.json")));
+	const TSharedPtr<IZorvekMCPBridgeEditorPort> Next = CreateZorvekMCPBridgeEditorPort();
+	ASSERT_TRUE(Next.IsValid());
+	EXPECT_TRUE(Next->GetObjects().LoadObject(TEXT("/Game/Saved/DA_Kept.DA_Kept")).IsValid());
+	FString TableName;
+	Next->GetReflection().FindProperty(Next->GetObjects().LoadObject(TEXT("/Game/Data/DA_LootTable.DA_LootTable")), TEXT("TableName")).ExportText(TableName);
+	EXPECT_EQ(S(TableName), "Renamed");
 }
