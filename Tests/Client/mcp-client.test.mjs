@@ -513,6 +513,23 @@ describe('asset tools on the host\'s sample project', { timeout: TEST_TIMEOUT_MS
 		assert.deepEqual(inspected.partial_failures, []);
 	});
 
+	test('data_asset_create makes a real instance and data_asset_set_property writes a nested struct field', async () =>
+	{
+		// Save false: the host would otherwise write the package under its working folder.
+		const created = structuredPayload(await callTool(client, 'data_asset_create', {
+			ClassPath: '/Script/SampleGame.LootTableDataAsset', PackagePath: '/Game/ClientTest', AssetName: 'DA_ClientTest', Save: false }), 'data_asset_create');
+		assert.equal(created.object_path, '/Game/ClientTest/DA_ClientTest.DA_ClientTest');
+		assert.equal(created.is_blueprint_asset, false);
+		assert.equal(created.saved, false);
+		const set = structuredPayload(await callTool(client, 'data_asset_set_property', {
+			AssetNameOrPath: 'DA_ClientTest', PropertyName: 'Summary.Value', Value: 42, Save: false }), 'data_asset_set_property');
+		assert.equal(set.scope, 'nested_struct_property');
+		assert.equal(set.after_value, '42');
+		const again = await callTool(client, 'data_asset_create', { ClassPath: '/Script/SampleGame.LootTableDataAsset', PackagePath: '/Game/ClientTest', AssetName: 'DA_ClientTest', Save: false });
+		assert.equal(again.isError, true);
+		assert.equal(again.structuredContent.error, 'Asset already exists: /Game/ClientTest/DA_ClientTest.DA_ClientTest');
+	});
+
 	test('unknown assets and missing arguments are tool errors', async () =>
 	{
 		const missing = await callTool(client, 'unreal_inspect_asset', { AssetNameOrPath: 'no_such_asset' });
