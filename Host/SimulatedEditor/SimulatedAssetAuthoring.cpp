@@ -45,7 +45,8 @@ FString FSimulatedAssetAuthoring::GetClassDisplayName(const FString& ClassPath) 
 	}
 	// The friendly form of the name, as FName::NameToDisplayString makes it for a class without
 	// DisplayName metadata: a space before each upper-case letter that follows a lower-case one
-	// or a digit, and a Blueprint class's "_C" dropped.
+	// or a digit, underscores as spaces, and a Blueprint class's "_C" dropped. Not in the
+	// reference notes; check against the engine.
 	FString Name = Class->Name;
 	if ((Class->ClassFlags & ZorvekMCPBridgeClassFlags::Native) == 0 && Name.EndsWith(TEXT("_C")))
 	{
@@ -61,7 +62,7 @@ FString FSimulatedAssetAuthoring::GetClassDisplayName(const FString& ClassPath) 
 		{
 			Display += TEXT(' ');
 		}
-		Display += Character;
+		Display += Character == TEXT('_') ? TEXT(' ') : Character;
 	}
 	return Display;
 }

@@ -98,7 +98,7 @@ TEST_F(FDataAssetToolTest, FindClassesListsNativeAndBlueprintClassesOnceAndRepor
 	EXPECT_EQ(S(Blueprint->GetStringField(TEXT("source"))), "blueprint_generated_class");
 	EXPECT_EQ(S(Blueprint->GetStringField(TEXT("asset_path"))), "/Game/Data/PDA_Ability");
 	EXPECT_EQ(S(Blueprint->GetStringField(TEXT("parent_class_path"))), "/Script/Game.ItemDataAsset");
-	EXPECT_EQ(S(Blueprint->GetStringField(TEXT("display_name"))), "PDA_Ability");
+	EXPECT_EQ(S(Blueprint->GetStringField(TEXT("display_name"))), "PDA Ability");
 	EXPECT_TRUE(Blueprint->GetBoolField(TEXT("is_primary_data_asset")));
 	EXPECT_TRUE(Blueprint->GetBoolField(TEXT("is_blueprint_class")));
 	EXPECT_EQ(S(Blueprint->GetStringField(TEXT("creation_warning"))), "Use this class for a real Data Asset instance. Do not use blueprint_create; that creates a Blueprint Class child, not a Data Asset asset instance.");
