@@ -2,6 +2,7 @@
 
 #include "EditorPort/ZorvekMCPBridgeObjectHandle.h"
 #include "EditorPort/ZorvekMCPBridgeReflectionPort.h"
+#include "Misc/Paths.h"
 
 #include <algorithm>
 
@@ -356,6 +357,51 @@ FSimulatedObject* FSimulatedEditor::CreateObject(FSimulatedType* Class, FSimulat
 	return Result;
 }
 
+bool FSimulatedEditor::RenameObject(FSimulatedObject* Object, FSimulatedObject* NewOuter, const FString& NewName, FString& OutError)
+{
+	if (!Object || !NewOuter || Object->IsPackage())
+	{
+		OutError = TEXT("Only an object inside a package can be renamed.");
+		return false;
+	}
+	FSimulatedObject* const OldOuter = Object->Outer;
+	const FString OldName = Object->Name;
+	Object->Outer = NewOuter;
+	Object->Name = NewName;
+	const FString NewPath = Object->GetPathName();
+	Object->Outer = OldOuter;
+	Object->Name = OldName;
+	if (FindObject(NewPath))
+	{
+		OutError = FString::Printf(TEXT("An object named %s already exists in %s."), *NewName, *NewOuter->GetPathName());
+		return false;
+	}
+	// The object and everything inside it change their path names.
+	std::vector<FSimulatedObject*> Moved;
+	for (const std::unique_ptr<FSimulatedObject>& Candidate : Objects)
+	{
+		for (const FSimulatedObject* Outer = Candidate.get(); Outer; Outer = Outer->Outer)
+		{
+			if (Outer == Object)
+			{
+				Moved.push_back(Candidate.get());
+				break;
+			}
+		}
+	}
+	for (FSimulatedObject* Entry : Moved)
+	{
+		ObjectsByPath.erase(MakeKey(Entry->GetPathName()));
+	}
+	Object->Outer = NewOuter;
+	Object->Name = NewName;
+	for (FSimulatedObject* Entry : Moved)
+	{
+		IndexObject(Entry);
+	}
+	return true;
+}
+
 FSimulatedValue FSimulatedEditor::MakeDefaultValue(const FSimulatedProperty& Property) const
 {
 	if (Property.Default)
@@ -436,6 +482,19 @@ void FSimulatedEditor::RegisterAsset(FSimulatedObject* Asset, const TArray<FZorv
 		Entry.Tags.Add(Tag);
 	}
 	AddRegistryEntry(Entry);
+}
+
+void FSimulatedEditor::ForEachObject(TFunctionRef<void(FSimulatedObject*)> Callback) const
+{
+	for (const std::unique_ptr<FSimulatedObject>& Object : Objects)
+	{
+		Callback(Object.get());
+	}
+}
+
+FString FSimulatedEditor::GetSavedPackagesDirectory() const
+{
+	return SavedPackagesDirectory.IsEmpty() ? FPaths::ProjectSavedDir() + TEXT("SimulatedContent/") : SavedPackagesDirectory;
 }
 
 std::vector<const FSimulatedObject*> FSimulatedEditor::GetUnregisteredLoadedAssets() const

@@ -8,6 +8,7 @@
 #include "CoreMinimal.h"
 #include "EditorPort/ZorvekMCPBridgeAssetRegistryPort.h"
 #include "EditorPort/ZorvekMCPBridgeMaterialPort.h"
+#include "Templates/Function.h"
 
 #include <memory>
 #include <string>
@@ -193,6 +194,9 @@ public:
 	FSimulatedObject* FindOrCreatePackage(const FString& PackageName);
 	// A new object with its class's default values; Name must be unique within Outer.
 	FSimulatedObject* CreateObject(FSimulatedType* Class, FSimulatedObject* Outer, const FString& Name, FString& OutError);
+	// UObject::Rename: the object (and what it holds) moves to NewOuter under NewName; the old
+	// path names nothing afterwards. False, with the reason, when the new path is taken.
+	bool RenameObject(FSimulatedObject* Object, FSimulatedObject* NewOuter, const FString& NewName, FString& OutError);
 	// Imports text into a top-level property, as the engine's ImportText does.
 	bool SetPropertyText(FSimulatedObject* Object, const FString& PropertyName, const FString& Text, FString& OutError);
 	// Adds the asset to the registry, with the given tags and the values of its registry-searchable
@@ -216,6 +220,13 @@ public:
 	// asset is a loaded object directly inside a /Game-style package; types are not assets.
 	std::vector<const FSimulatedObject*> GetUnregisteredLoadedAssets() const;
 	int32 GetObjectCount() const { return (int32)Objects.size(); }
+	// Every object, packages and types included, in creation order (outers before what they hold).
+	void ForEachObject(TFunctionRef<void(FSimulatedObject*)> Callback) const;
+
+	// Where saved packages go, one JSON file per package (see SimulatedPackageFiles.h); empty
+	// means <ProjectSavedDir>/SimulatedContent/.
+	void SetSavedPackagesDirectory(const FString& Directory) { SavedPackagesDirectory = Directory; }
+	FString GetSavedPackagesDirectory() const;
 
 	// Text forms (SimulatedTextExport.cpp, SimulatedTextImport.cpp). Delimited is the form inside
 	// structs and arrays (strings, names and paths quoted).
@@ -268,6 +279,7 @@ private:
 	std::vector<FZorvekMCPBridgeAssetData> Registry;
 	std::unordered_multimap<std::u16string, size_t> RegistryByPackage;
 	FString ProjectName;
+	FString SavedPackagesDirectory;
 
 	FSimulatedType* ObjectClass = nullptr;
 	FSimulatedType* ClassClass = nullptr;

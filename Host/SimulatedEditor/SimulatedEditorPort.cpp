@@ -372,10 +372,27 @@ private:
 class FSimulatedEditorPort::FMaterials : public IZorvekMCPBridgeMaterials
 {
 public:
-	explicit FMaterials(FSimulatedEditor& InEditor)
+	FMaterials(FSimulatedEditor& InEditor, FSimulatedEditorPort& InPort)
 		: Editor(InEditor)
+		, Authoring(InEditor, InPort)
 	{
 	}
+
+	// The write side lives in SimulatedMaterialAuthoring.cpp.
+	FZorvekMCPBridgeObjectHandle CreateMaterial(const FString& PackageName, const FString& AssetName, FString& OutError) override { return Authoring.CreateMaterial(PackageName, AssetName, OutError); }
+	bool IsParameterExpressionClass(const FString& ClassPath) const override { return Authoring.IsParameterExpressionClass(ClassPath); }
+	FZorvekMCPBridgeObjectHandle NewExpression(FZorvekMCPBridgeObjectHandle Material, const FString& ClassPath, const FString& NodeName) override { return Authoring.NewExpression(Material, ClassPath, NodeName); }
+	void DiscardExpression(FZorvekMCPBridgeObjectHandle Expression) override { Authoring.DiscardExpression(Expression); }
+	void SetParameterName(FZorvekMCPBridgeObjectHandle Expression, const FString& ParameterName) override { Authoring.SetParameterName(Expression, ParameterName); }
+	void SetDescription(FZorvekMCPBridgeObjectHandle Expression, const FString& Description) override { Authoring.SetDescription(Expression, Description); }
+	void AddExpression(FZorvekMCPBridgeObjectHandle Material, FZorvekMCPBridgeObjectHandle Expression, int32 PosX, int32 PosY) override { Authoring.AddExpression(Material, Expression, PosX, PosY); }
+	bool ConnectExpressionInput(FZorvekMCPBridgeObjectHandle Source, int32 OutputIndex, FZorvekMCPBridgeObjectHandle Target, int32 InputIndex) override { return Authoring.ConnectExpressionInput(Source, OutputIndex, Target, InputIndex); }
+	bool ConnectRootInput(FZorvekMCPBridgeObjectHandle Material, const FString& RootProperty, FZorvekMCPBridgeObjectHandle Source, int32 OutputIndex) override { return Authoring.ConnectRootInput(Material, RootProperty, Source, OutputIndex); }
+	void AddComment(FZorvekMCPBridgeObjectHandle Material, const FString& Text, int32 PosX, int32 PosY, int32 Width, int32 Height) override { Authoring.AddComment(Material, Text, PosX, PosY, Width, Height); }
+	FZorvekMCPBridgeObjectHandle CreateMaterialInstance(const FString& PackageName, const FString& AssetName, FZorvekMCPBridgeObjectHandle Parent, FString& OutError) override { return Authoring.CreateMaterialInstance(PackageName, AssetName, Parent, OutError); }
+	bool SetInstanceScalarParameter(FZorvekMCPBridgeObjectHandle Instance, const FString& ParameterName, float Value) override { return Authoring.SetInstanceScalarParameter(Instance, ParameterName, Value); }
+	bool SetInstanceTextureParameter(FZorvekMCPBridgeObjectHandle Instance, const FString& ParameterName, FZorvekMCPBridgeObjectHandle Texture) override { return Authoring.SetInstanceTextureParameter(Instance, ParameterName, Texture); }
+	void NotifyMaterialEdited(FZorvekMCPBridgeObjectHandle Material) override { Authoring.NotifyMaterialEdited(Material); }
 
 	bool ReadMaterial(FZorvekMCPBridgeObjectHandle Handle, const TArray<FString>& RootProperties, FZorvekMCPBridgeMaterialSnapshot& OutSnapshot) const override
 	{
@@ -599,6 +616,9 @@ private:
 	}
 
 	FSimulatedEditor& Editor;
+
+public:
+	FSimulatedMaterialAuthoring Authoring;
 };
 
 FSimulatedEditorPort::FSimulatedEditorPort(const TSharedPtr<FSimulatedEditor>& InEditor)
@@ -606,7 +626,8 @@ FSimulatedEditorPort::FSimulatedEditorPort(const TSharedPtr<FSimulatedEditor>& I
 	, AssetRegistry(MakeUnique<FAssetRegistry>(*InEditor))
 	, Objects(MakeUnique<FObjects>(*InEditor))
 	, Reflection(MakeUnique<FReflection>(*InEditor))
-	, Materials(MakeUnique<FMaterials>(*InEditor))
+	, Materials(MakeUnique<FMaterials>(*InEditor, *this))
+	, AssetAuthoring(MakeUnique<FSimulatedAssetAuthoring>(*InEditor, *Objects))
 {
 }
 
@@ -635,6 +656,16 @@ IZorvekMCPBridgeReflection& FSimulatedEditorPort::GetReflection()
 IZorvekMCPBridgeMaterials& FSimulatedEditorPort::GetMaterials()
 {
 	return *Materials;
+}
+
+FSimulatedMaterialAuthoring& FSimulatedEditorPort::GetSimulatedMaterialAuthoring() const
+{
+	return Materials->Authoring;
+}
+
+IZorvekMCPBridgeAssetAuthoring& FSimulatedEditorPort::GetAssetAuthoring()
+{
+	return *AssetAuthoring;
 }
 
 FZorvekMCPBridgeObjectHandle FSimulatedEditorPort::ToHandle(const FSimulatedObject* Object)

@@ -4,7 +4,9 @@
 
 #include "CoreMinimal.h"
 #include "EditorPort/ZorvekMCPBridgeEditorPort.h"
+#include "SimulatedAssetAuthoring.h"
 #include "SimulatedEditor.h"
+#include "SimulatedMaterialAuthoring.h"
 
 class FSimulatedEditorPort : public IZorvekMCPBridgeEditorPort
 {
@@ -18,7 +20,10 @@ public:
 	IZorvekMCPBridgeObjects& GetObjects() override;
 	IZorvekMCPBridgeReflection& GetReflection() override;
 	IZorvekMCPBridgeMaterials& GetMaterials() override;
+	IZorvekMCPBridgeAssetAuthoring& GetAssetAuthoring() override;
+	FSimulatedAssetAuthoring& GetSimulatedAssetAuthoring() const { return *AssetAuthoring; }
 
+	FSimulatedMaterialAuthoring& GetSimulatedMaterialAuthoring() const;
 	FSimulatedEditor& GetEditor() const { return *Editor; }
 
 	// Handles and simulated objects, for tests that build their own fixtures.
@@ -36,6 +41,7 @@ private:
 	TUniquePtr<FObjects> Objects;
 	TUniquePtr<FReflection> Reflection;
 	TUniquePtr<FMaterials> Materials;
+	TUniquePtr<FSimulatedAssetAuthoring> AssetAuthoring;
 };
 
 // The host's choice of project: loads the fixture at FilePath (the sample project when empty)

@@ -257,6 +257,97 @@ bool FSimulatedMaterialAuthoring::ConnectRootInput(FZorvekMCPBridgeObjectHandle 
 	return true;
 }
 
+void FSimulatedMaterialAuthoring::AddComment(FZorvekMCPBridgeObjectHandle MaterialHandle, const FString& Text, int32 PosX, int32 PosY, int32 Width, int32 Height)
+{
+	FSimulatedObject* Material = FSimulatedEditorPort::ToObject(MaterialHandle);
+	FSimulatedType* CommentClass = Editor.FindTypeByPath(TEXT("/Script/Engine.MaterialExpressionComment"));
+	const FSimulatedProperty* CollectionProperty = nullptr;
+	FSimulatedValue* Collection = FindValue(GetEditorOnlyData(Material), TEXT("ExpressionCollection"), &CollectionProperty);
+	FSimulatedValue* Comments = Collection ? FindField(*CollectionProperty, *Collection, TEXT("EditorComments")) : nullptr;
+	if (!CommentClass || !Comments)
+	{
+		return;
+	}
+	FString Name;
+	do
+	{
+		Name = FString::Printf(TEXT("%s_%d"), *CommentClass->Name, ClassUnique[CommentClass]++);
+	}
+	while (Editor.FindObject(Material->GetPathName() + TEXT(":") + Name));
+	FString Error;
+	FSimulatedObject* Comment = Editor.CreateObject(CommentClass, Material, Name, Error);
+	FindValue(Comment, TEXT("Material"))->Object = Material;
+	FindValue(Comment, TEXT("Text"))->Text = Text;
+	FindValue(Comment, TEXT("MaterialExpressionEditorX"))->Integer = PosX;
+	FindValue(Comment, TEXT("MaterialExpressionEditorY"))->Integer = PosY;
+	FindValue(Comment, TEXT("SizeX"))->Integer = Width;
+	FindValue(Comment, TEXT("SizeY"))->Integer = Height;
+	Editor.SetPropertyText(Comment, TEXT("MaterialExpressionGuid"), MakeNewGuidText(), Error);
+	FSimulatedValue Element;
+	Element.Object = Comment;
+	Comments->Items.push_back(Element);
+	MarkPackageDirty(Material);
+}
+
+FZorvekMCPBridgeObjectHandle FSimulatedMaterialAuthoring::CreateMaterialInstance(const FString& PackageName, const FString& AssetName, FZorvekMCPBridgeObjectHandle ParentHandle, FString& OutError)
+{
+	FSimulatedType* InstanceClass = Editor.FindTypeByPath(TEXT("/Script/Engine.MaterialInstanceConstant"));
+	FSimulatedObject* Parent = FSimulatedEditorPort::ToObject(ParentHandle);
+	if (!InstanceClass || !Parent)
+	{
+		OutError = InstanceClass ? TEXT("the parent is not a material.") : TEXT("the project's engine types have no MaterialInstanceConstant class.");
+		return FZorvekMCPBridgeObjectHandle();
+	}
+	FSimulatedObject* Instance = Editor.CreateObject(InstanceClass, Editor.FindOrCreatePackage(PackageName), AssetName, OutError);
+	if (!Instance)
+	{
+		return FZorvekMCPBridgeObjectHandle();
+	}
+	FindValue(Instance, TEXT("Parent"))->Object = Parent;
+	MarkPackageDirty(Instance);
+	return FSimulatedEditorPort::ToHandle(Instance);
+}
+
+bool FSimulatedMaterialAuthoring::SetInstanceScalarParameter(FZorvekMCPBridgeObjectHandle Instance, const FString& ParameterName, float Value)
+{
+	return SetInstanceParameter(FSimulatedEditorPort::ToObject(Instance), TEXT("ScalarParameterValues"), ParameterName, FString::Printf(TEXT("%f"), Value));
+}
+
+bool FSimulatedMaterialAuthoring::SetInstanceTextureParameter(FZorvekMCPBridgeObjectHandle Instance, const FString& ParameterName, FZorvekMCPBridgeObjectHandle Texture)
+{
+	const FSimulatedObject* TextureObject = FSimulatedEditorPort::ToObject(Texture);
+	return TextureObject && SetInstanceParameter(FSimulatedEditorPort::ToObject(Instance), TEXT("TextureParameterValues"), ParameterName, FString::Printf(TEXT("\"%s\""), *TextureObject->GetPathName()));
+}
+
+bool FSimulatedMaterialAuthoring::SetInstanceParameter(FSimulatedObject* Instance, const TCHAR* ArrayName, const FString& ParameterName, const FString& ValueText)
+{
+	const FSimulatedType* InstanceClass = Editor.FindTypeByPath(TEXT("/Script/Engine.MaterialInstanceConstant"));
+	const FSimulatedProperty* ArrayProperty = nullptr;
+	FSimulatedValue* Entries = Instance && InstanceClass && Instance->Class->IsChildOf(InstanceClass) ? FindValue(Instance, ArrayName, &ArrayProperty) : nullptr;
+	if (!Entries)
+	{
+		return false;
+	}
+	const FSimulatedProperty& EntryProperty = *ArrayProperty->Inner;
+	FSimulatedValue* Entry = nullptr;
+	for (FSimulatedValue& Candidate : Entries->Items)
+	{
+		FSimulatedValue* Info = FindField(EntryProperty, Candidate, TEXT("ParameterInfo"));
+		const FSimulatedProperty* InfoProperty = EntryProperty.TypeObject->AllProperties[(size_t)EntryProperty.TypeObject->FindPropertyIndex(TEXT("ParameterInfo"))];
+		if (Info && FindField(*InfoProperty, *Info, TEXT("Name"))->Text.Equals(ParameterName, ESearchCase::IgnoreCase))
+		{
+			Entry = &Candidate;
+		}
+	}
+	if (!Entry)
+	{
+		Entries->Items.push_back(Editor.MakeDefaultValue(EntryProperty));
+		Entry = &Entries->Items.back();
+	}
+	FString Error;
+	return Editor.ImportValueText(EntryProperty, *Entry, FString::Printf(TEXT("(ParameterInfo=(Name=\"%s\",Association=GlobalParameter,Index=-1),ParameterValue=%s)"), *ParameterName, *ValueText), Error, Instance);
+}
+
 void FSimulatedMaterialAuthoring::NotifyMaterialEdited(FZorvekMCPBridgeObjectHandle MaterialHandle)
 {
 	FSimulatedObject* Material = FSimulatedEditorPort::ToObject(MaterialHandle);

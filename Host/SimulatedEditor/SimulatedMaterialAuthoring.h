@@ -27,6 +27,10 @@ public:
 	void AddExpression(FZorvekMCPBridgeObjectHandle Material, FZorvekMCPBridgeObjectHandle Expression, int32 PosX, int32 PosY);
 	bool ConnectExpressionInput(FZorvekMCPBridgeObjectHandle Source, int32 OutputIndex, FZorvekMCPBridgeObjectHandle Target, int32 InputIndex);
 	bool ConnectRootInput(FZorvekMCPBridgeObjectHandle Material, const FString& RootProperty, FZorvekMCPBridgeObjectHandle Source, int32 OutputIndex);
+	void AddComment(FZorvekMCPBridgeObjectHandle Material, const FString& Text, int32 PosX, int32 PosY, int32 Width, int32 Height);
+	FZorvekMCPBridgeObjectHandle CreateMaterialInstance(const FString& PackageName, const FString& AssetName, FZorvekMCPBridgeObjectHandle Parent, FString& OutError);
+	bool SetInstanceScalarParameter(FZorvekMCPBridgeObjectHandle Instance, const FString& ParameterName, float Value);
+	bool SetInstanceTextureParameter(FZorvekMCPBridgeObjectHandle Instance, const FString& ParameterName, FZorvekMCPBridgeObjectHandle Texture);
 	void NotifyMaterialEdited(FZorvekMCPBridgeObjectHandle Material);
 
 	// How often PostEditChange ran on the material, for tests.
@@ -39,6 +43,9 @@ private:
 	// parameter expressions already in the material's collection.
 	bool IsParameterNameTaken(FSimulatedObject* Material, const FSimulatedObject* Except, const FString& Name) const;
 	FString MakeNewGuidText();
+	// Set*ParameterValueEditorOnly: the entry of that name in the instance's array, added when
+	// missing, takes the value text.
+	bool SetInstanceParameter(FSimulatedObject* Instance, const TCHAR* ArrayName, const FString& ParameterName, const FString& ValueText);
 
 	FSimulatedEditor& Editor;
 	FSimulatedEditorPort& Port;

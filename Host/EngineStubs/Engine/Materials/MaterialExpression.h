@@ -54,4 +54,5 @@ struct FMaterialExpressionCollection
 	TObjectPtr<UMaterialExpression> ExpressionExecEnd;
 
 	void AddExpression(UMaterialExpression* InExpression);
+	void AddComment(UMaterialExpressionComment* InComment);
 };

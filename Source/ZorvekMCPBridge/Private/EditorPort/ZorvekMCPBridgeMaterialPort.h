@@ -130,7 +130,20 @@ public:
 	virtual bool ConnectExpressionInput(FZorvekMCPBridgeObjectHandle Source, int32 OutputIndex, FZorvekMCPBridgeObjectHandle Target, int32 InputIndex) = 0;
 	virtual bool ConnectRootInput(FZorvekMCPBridgeObjectHandle Material, const FString& RootProperty, FZorvekMCPBridgeObjectHandle Source, int32 OutputIndex) = 0;
 
-	// MarkPackageDirty and PostEditChange on the material: what every authoring tool does after
-	// its change.
+	// A comment box in the material's graph (its editor comments, not its expressions), with a
+	// new GUID.
+	virtual void AddComment(FZorvekMCPBridgeObjectHandle Material, const FString& Text, int32 PosX, int32 PosY, int32 Width, int32 Height) = 0;
+
+	// A material instance constant PackageName.AssetName whose parent is Parent
+	// (SetParentEditorOnly), in a new package, registered as created, its package dirty. Same
+	// preconditions as CreateMaterial.
+	virtual FZorvekMCPBridgeObjectHandle CreateMaterialInstance(const FString& PackageName, const FString& AssetName, FZorvekMCPBridgeObjectHandle Parent, FString& OutError) = 0;
+	// Overrides of a global parameter on a material instance constant
+	// (Set*ParameterValueEditorOnly); false when Instance is not one.
+	virtual bool SetInstanceScalarParameter(FZorvekMCPBridgeObjectHandle Instance, const FString& ParameterName, float Value) = 0;
+	virtual bool SetInstanceTextureParameter(FZorvekMCPBridgeObjectHandle Instance, const FString& ParameterName, FZorvekMCPBridgeObjectHandle Texture) = 0;
+
+	// MarkPackageDirty and PostEditChange on the material (or material instance): what every
+	// authoring tool does after its change.
 	virtual void NotifyMaterialEdited(FZorvekMCPBridgeObjectHandle Material) = 0;
 };

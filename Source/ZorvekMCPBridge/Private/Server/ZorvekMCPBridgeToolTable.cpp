@@ -4,7 +4,10 @@
 #include "Server/ZorvekMCPBridgeToolCatalogue.h"
 
 #include "Tools/ZorvekMCPBridgeAssetTools.h"
+#include "Tools/ZorvekMCPBridgeDataAssetTools.h"
 #include "Tools/ZorvekMCPBridgeDiscoveryTools.h"
+#include "Tools/ZorvekMCPBridgeMaterialTools.h"
+#include "Tools/ZorvekMCPBridgeReproAssetTools.h"
 
 namespace
 {
@@ -161,26 +164,26 @@ namespace
 				OptionalText(TEXT("IncludeBlueprint"), TEXT("Optional bool. Include Blueprint-generated Data Asset classes. Defaults to true.")),
 				OptionalText(TEXT("OnlyInstantiable"), TEXT("Optional bool. Skip abstract and deprecated classes. Defaults to true.")),
 				OptionalText(TEXT("Limit"), TEXT("Maximum classes to return. Defaults to 100.")),
-			}),
+			}, &ZorvekMCPBridgeDataAssetTools::HandleFindClasses),
 			ToolRow(TEXT("data_asset_create"), TEXT("Create a real Data Asset UObject instance from an instantiable Data Asset class. This does not create a Blueprint Class child and does not set custom properties yet."), {
 				RequiredText(TEXT("ClassPath"), TEXT("Data Asset class path from data_asset_find_classes, such as /Script/Engine.PrimaryDataAsset or /Game/.../PDA_Ability.PDA_Ability_C.")),
 				RequiredText(TEXT("PackagePath"), TEXT("Destination package folder, for example /Game/Corvale/DataAssets.")),
 				RequiredText(TEXT("AssetName"), TEXT("New Data Asset name.")),
 				OptionalText(TEXT("Save"), TEXT("Optional bool. Save the new asset's package. Defaults to true.")),
-			}),
+			}, &ZorvekMCPBridgeDataAssetTools::HandleCreate),
 			ToolRow(TEXT("data_asset_set_property"), TEXT("Set one editable reflected property on a real Data Asset instance and save it. Supports top-level fields and nested struct paths; array/map indexing is not supported yet."), {
 				RequiredText(TEXT("AssetNameOrPath"), TEXT("Data Asset name, keyword, full package path, or full object path.")),
 				RequiredText(TEXT("PropertyName"), TEXT("Editable property name to set. Supports top-level names and nested struct paths such as ItemSummary.Name.")),
 				RequiredText(TEXT("Value"), TEXT("JSON value to import into the reflected property. Array/map indexing is not supported yet.")),
 				OptionalText(TEXT("Save"), TEXT("Optional bool. Save the asset's package after the change. Defaults to true.")),
-			}),
+			}, &ZorvekMCPBridgeDataAssetTools::HandleSetProperty),
 			ToolRow(TEXT("data_asset_create_batch"), TEXT("Create multiple real Data Asset instances and optionally populate supported top-level or nested struct properties. Stops on first failure unless ContinueOnError is true."), {
 				RequiredObject(TEXT("Items"), TEXT("Array of item objects. Each item requires AssetName and may include ClassPath, PackagePath, and Properties object keyed by property path.")),
 				OptionalText(TEXT("DefaultClassPath"), TEXT("Optional Data Asset class path for items without ClassPath.")),
 				OptionalText(TEXT("DefaultPackagePath"), TEXT("Optional destination package folder for items without PackagePath.")),
 				OptionalText(TEXT("Save"), TEXT("Optional bool. Save each created asset's package. Defaults to true.")),
 				OptionalText(TEXT("ContinueOnError"), TEXT("Optional bool. When true, go on with the next item after a failed one. Defaults to false.")),
-			}),
+			}, &ZorvekMCPBridgeDataAssetTools::HandleCreateBatch),
 
 			// Editor world.
 			ToolRow(TEXT("editor_get_world_status"), TEXT("Return current Unreal Editor world status, actor counts, selected actors, and editor placement guardrail state."), {}),
@@ -254,23 +257,26 @@ namespace
 			ToolRow(TEXT("unreal_create_mossbank_repro_assets"), TEXT("Create minimal dummy CameraAsset, CameraRigAsset, and StateTree assets for validating Mossbank H/G inspection readers."), {
 				OptionalText(TEXT("PackagePath"), TEXT("Content folder path for generated repro assets. Defaults to /Game/ZorvekRepro/MossbankHG.")),
 				OptionalText(TEXT("AssetPrefix"), TEXT("Prefix for generated asset names. Defaults to ZorvekHG.")),
-			}),
-			ToolRow(TEXT("unreal_create_material_repro_assets"), TEXT("Create minimal Material fixture assets for validating material inspection and authoring."), {}),
+			}, &ZorvekMCPBridgeReproAssetTools::HandleCreateMossbankReproAssets),
+			ToolRow(TEXT("unreal_create_material_repro_assets"), TEXT("Create minimal Material fixture assets for validating material inspection and authoring."), {
+				OptionalText(TEXT("PackagePath"), TEXT("Content folder path for generated repro assets. Defaults to a new timestamped folder under /Game/ZorvekRepro.")),
+				OptionalText(TEXT("AssetPrefix"), TEXT("Prefix for generated asset names. Defaults to ZorvekMat.")),
+			}, &ZorvekMCPBridgeMaterialTools::HandleCreateMaterialReproAssets),
 
 			// Materials.
 			ToolRow(TEXT("material_create"), TEXT("Create a blank Material asset for minimal allowlisted material graph authoring."), {
 				RequiredText(TEXT("PackagePath"), TEXT("Content folder path, for example /Game/Materials.")),
 				RequiredText(TEXT("AssetName"), TEXT("New Material asset name.")),
-			}),
+			}, &ZorvekMCPBridgeMaterialTools::HandleCreateMaterial),
 			ToolRow(TEXT("material_find_expression_classes"), TEXT("Find canonical Material expression classes and report whether each is supported for current material authoring."), {
 				OptionalText(TEXT("Query"), TEXT("Optional class name, display name, or alias to match, for example lerp. Empty lists every class.")),
 				OptionalText(TEXT("SupportedOnly"), TEXT("Optional bool. When true, only classes material_add_expression supports are returned. Defaults to false.")),
 				OptionalText(TEXT("Limit"), TEXT("Maximum classes to return. Defaults to 50.")),
-			}),
+			}, &ZorvekMCPBridgeMaterialTools::HandleFindExpressionClasses),
 			ToolRow(TEXT("material_resolve_expression_class"), TEXT("Resolve a human material expression request to a canonical class with confidence and match reasons. Does not mutate materials."), {
 				RequiredText(TEXT("Query"), TEXT("Human expression request, for example lerp or Texture Coordinate.")),
 				OptionalText(TEXT("RequireSupported"), TEXT("Optional bool. When true, only classes material_add_expression supports are considered. Defaults to false.")),
-			}),
+			}, &ZorvekMCPBridgeMaterialTools::HandleResolveExpressionClass),
 			ToolRow(TEXT("material_add_expression"), TEXT("Add an allowlisted canonical material expression to a Material asset."), {
 				RequiredText(TEXT("MaterialNameOrPath"), MaterialNameOrPathDescription),
 				RequiredText(TEXT("ExpressionClass"), TEXT("Allowlisted canonical expression class, for example MaterialExpressionLinearInterpolate.")),
@@ -282,29 +288,29 @@ namespace
 				OptionalObject(TEXT("PropertyValues"), TEXT("Optional reflected property values keyed by exact property name.")),
 				OptionalText(TEXT("NodePosX"), TEXT("Optional expression X position. Defaults to 0.")),
 				OptionalText(TEXT("NodePosY"), TEXT("Optional expression Y position. Defaults to 0.")),
-			}),
+			}, &ZorvekMCPBridgeMaterialTools::HandleAddExpression),
 			ToolRow(TEXT("material_set_expression_property"), TEXT("Set a reflected property on an existing material expression by stable node GUID. Supports small safe aliases such as Power Exponent to ConstExponent."), {
 				RequiredText(TEXT("MaterialNameOrPath"), MaterialNameOrPathDescription),
 				RequiredText(TEXT("NodeGuid"), TEXT("Expression node_guid from material_add_expression or the material readback.")),
 				RequiredText(TEXT("PropertyName"), TEXT("Reflected property name to set, for example ConstExponent. Exponent is accepted for Power.")),
 				RequiredText(TEXT("Value"), TEXT("Value to import as property text. Numbers and bools are accepted as well.")),
-			}),
+			}, &ZorvekMCPBridgeMaterialTools::HandleSetExpressionProperty),
 			ToolRow(TEXT("material_connect_expressions"), TEXT("Connect one material expression output to another expression input by stable GUID and exact input name."), {
 				RequiredText(TEXT("MaterialNameOrPath"), MaterialNameOrPathDescription),
 				RequiredText(TEXT("SourceNodeGuid"), TEXT("Source expression node_guid.")),
 				RequiredText(TEXT("TargetNodeGuid"), TEXT("Target expression node_guid.")),
 				RequiredText(TEXT("TargetInputName"), TEXT("Exact input name on the target expression, for example A, B, or Alpha.")),
 				OptionalText(TEXT("SourceOutputIndex"), TEXT("Source expression output index. Defaults to 0.")),
-			}),
+			}, &ZorvekMCPBridgeMaterialTools::HandleConnectExpressions),
 			ToolRow(TEXT("material_connect_root"), TEXT("Connect an expression output to an allowlisted Material root input."), {
 				RequiredText(TEXT("MaterialNameOrPath"), MaterialNameOrPathDescription),
 				RequiredText(TEXT("SourceNodeGuid"), TEXT("Source expression node_guid.")),
 				RequiredText(TEXT("RootInputName"), TEXT("Material root input: BaseColor, Roughness, EmissiveColor, Normal, Metallic, Specular, or Opacity.")),
 				OptionalText(TEXT("SourceOutputIndex"), TEXT("Source expression output index. Defaults to 0.")),
-			}),
+			}, &ZorvekMCPBridgeMaterialTools::HandleConnectRoot),
 			ToolRow(TEXT("material_update"), TEXT("Apply editor update/dirty behavior to a Material and return specialized material readback."), {
 				RequiredText(TEXT("MaterialNameOrPath"), MaterialNameOrPathDescription),
-			}),
+			}, &ZorvekMCPBridgeMaterialTools::HandleUpdateMaterial),
 
 			// Blueprints.
 			ToolRow(TEXT("blueprint_create"), TEXT("Create a Blueprint asset from a native Unreal parent class."), {

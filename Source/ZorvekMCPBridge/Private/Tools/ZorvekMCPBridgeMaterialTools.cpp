@@ -2,6 +2,7 @@
 
 #include "Assets/ZorvekMCPBridgeAssetResolver.h"
 #include "Assets/ZorvekMCPBridgeMaterialAuthoring.h"
+#include "Assets/ZorvekMCPBridgeMaterialReproAssets.h"
 #include "Assets/ZorvekMCPBridgePropertyExport.h"
 #include "EditorPort/ZorvekMCPBridgeEditorPort.h"
 #include "Server/ZorvekMCPBridgeToolCatalogue.h"
@@ -625,4 +626,21 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleUpdateMaterial(FZorv
 	Result->SetStringField(TEXT("asset_path"), AssetPath);
 	Result->SetObjectField(TEXT("material"), ZorvekMCPBridgeMaterialAuthoring::ReadMaterialObject(Port, Material));
 	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Result, false);
+}
+
+TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleCreateMaterialReproAssets(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
+{
+	if (!Context.EditorPort)
+	{
+		return ZorvekMCPBridgeAssetTools::MakeEditorPortUnavailableResult(TEXT("unreal_create_material_repro_assets"));
+	}
+	ZorvekMCPBridgeMaterialReproAssets::FParams Params;
+	Params.PackagePath = ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("PackagePath"), FString()).TrimStartAndEnd();
+	const FString Prefix = ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("AssetPrefix"), FString()).TrimStartAndEnd();
+	if (!Prefix.IsEmpty())
+	{
+		Params.AssetPrefix = Prefix;
+	}
+	Params.Now = FDateTime::Now();
+	return ZorvekMCPBridgeTools::MakeStructuredToolResult(ZorvekMCPBridgeMaterialReproAssets::CreateMaterialReproAssets(*Context.EditorPort, Params), false);
 }

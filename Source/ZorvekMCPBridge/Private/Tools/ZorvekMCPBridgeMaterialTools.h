@@ -19,4 +19,6 @@ namespace ZorvekMCPBridgeMaterialTools
 	TSharedPtr<FJsonObject> HandleConnectExpressions(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
 	TSharedPtr<FJsonObject> HandleConnectRoot(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
 	TSharedPtr<FJsonObject> HandleUpdateMaterial(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
+	// unreal_create_material_repro_assets: the material fixture of ZorvekMCPBridgeMaterialReproAssets.h.
+	TSharedPtr<FJsonObject> HandleCreateMaterialReproAssets(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
 }

@@ -52,6 +52,34 @@ class FZorvekMCPBridgeEngineMaterials : public IZorvekMCPBridgeMaterials
 {
 public:
 	bool ReadMaterial(FZorvekMCPBridgeObjectHandle Material, const TArray<FString>& RootProperties, FZorvekMCPBridgeMaterialSnapshot& OutSnapshot) const override;
+	FZorvekMCPBridgeObjectHandle CreateMaterial(const FString& PackageName, const FString& AssetName, FString& OutError) override;
+	bool IsParameterExpressionClass(const FString& ClassPath) const override;
+	FZorvekMCPBridgeObjectHandle NewExpression(FZorvekMCPBridgeObjectHandle Material, const FString& ClassPath, const FString& NodeName) override;
+	void DiscardExpression(FZorvekMCPBridgeObjectHandle Expression) override;
+	void SetParameterName(FZorvekMCPBridgeObjectHandle Expression, const FString& ParameterName) override;
+	void SetDescription(FZorvekMCPBridgeObjectHandle Expression, const FString& Description) override;
+	void AddExpression(FZorvekMCPBridgeObjectHandle Material, FZorvekMCPBridgeObjectHandle Expression, int32 PosX, int32 PosY) override;
+	bool ConnectExpressionInput(FZorvekMCPBridgeObjectHandle Source, int32 OutputIndex, FZorvekMCPBridgeObjectHandle Target, int32 InputIndex) override;
+	bool ConnectRootInput(FZorvekMCPBridgeObjectHandle Material, const FString& RootProperty, FZorvekMCPBridgeObjectHandle Source, int32 OutputIndex) override;
+	void AddComment(FZorvekMCPBridgeObjectHandle Material, const FString& Text, int32 PosX, int32 PosY, int32 Width, int32 Height) override;
+	FZorvekMCPBridgeObjectHandle CreateMaterialInstance(const FString& PackageName, const FString& AssetName, FZorvekMCPBridgeObjectHandle Parent, FString& OutError) override;
+	bool SetInstanceScalarParameter(FZorvekMCPBridgeObjectHandle Instance, const FString& ParameterName, float Value) override;
+	bool SetInstanceTextureParameter(FZorvekMCPBridgeObjectHandle Instance, const FString& ParameterName, FZorvekMCPBridgeObjectHandle Texture) override;
+	void NotifyMaterialEdited(FZorvekMCPBridgeObjectHandle Material) override;
+};
+
+class FZorvekMCPBridgeEngineAssetAuthoring : public IZorvekMCPBridgeAssetAuthoring
+{
+public:
+	void EnumerateLoadedClasses(const FString& BaseClassPath, TFunctionRef<bool(const FZorvekMCPBridgeTypeInfo&)> Callback) const override;
+	FString GetClassDisplayName(const FString& ClassPath) const override;
+	bool IsValidLongPackageName(const FString& PackageName, FString& OutReason) const override;
+	FZorvekMCPBridgeObjectHandle CreateOrFindPackage(const FString& PackageName) override;
+	FZorvekMCPBridgeObjectHandle CreateAssetObject(FZorvekMCPBridgeObjectHandle Outer, const FString& ClassPath, const FString& Name) override;
+	FZorvekMCPBridgeObjectHandle CreateSubobject(FZorvekMCPBridgeObjectHandle Outer, const FString& ClassPath, const FString& Name) override;
+	void NotifyAssetCreated(FZorvekMCPBridgeObjectHandle Asset) override;
+	void MarkPackageDirty(FZorvekMCPBridgeObjectHandle Object) override;
+	bool SavePackage(FZorvekMCPBridgeObjectHandle Asset, FString& OutFileName) override;
 };
 
 class FZorvekMCPBridgeEngineEditorPort : public IZorvekMCPBridgeEditorPort
@@ -63,6 +91,7 @@ public:
 	IZorvekMCPBridgeObjects& GetObjects() override { return Objects; }
 	IZorvekMCPBridgeReflection& GetReflection() override { return Reflection; }
 	IZorvekMCPBridgeMaterials& GetMaterials() override { return Materials; }
+	IZorvekMCPBridgeAssetAuthoring& GetAssetAuthoring() override { return AssetAuthoring; }
 
 	static UObject* ToObject(FZorvekMCPBridgeObjectHandle Handle);
 	static FZorvekMCPBridgeObjectHandle ToHandle(const UObject* Object);
@@ -72,4 +101,5 @@ private:
 	FZorvekMCPBridgeEngineObjects Objects;
 	FZorvekMCPBridgeEngineReflection Reflection;
 	FZorvekMCPBridgeEngineMaterials Materials;
+	FZorvekMCPBridgeEngineAssetAuthoring AssetAuthoring;
 };

@@ -5,6 +5,9 @@
 #include "Materials/MaterialExpression.h"
 #include "Materials/MaterialExpressionComment.h"
 #include "Materials/MaterialExpressionComponentMask.h"
+#include "Materials/MaterialInstanceConstant.h"
+#include "Engine/Texture.h"
+#include "MaterialTypes.h"
 #include "SceneTypes.h"
 #include "Templates/Casts.h"
 #include "UObject/Class.h"
@@ -265,9 +268,71 @@ bool FZorvekMCPBridgeEngineMaterials::ConnectRootInput(FZorvekMCPBridgeObjectHan
 	return true;
 }
 
-void FZorvekMCPBridgeEngineMaterials::NotifyMaterialEdited(FZorvekMCPBridgeObjectHandle MaterialHandle)
+void FZorvekMCPBridgeEngineMaterials::AddComment(FZorvekMCPBridgeObjectHandle MaterialHandle, const FString& Text, int32 PosX, int32 PosY, int32 Width, int32 Height)
 {
-	if (UMaterial* Material = ToMaterial(MaterialHandle))
+	UMaterial* Material = ToMaterial(MaterialHandle);
+	if (!Material)
+	{
+		return;
+	}
+	// Comments are made by hand: CreateMaterialExpression would file one under the expressions
+	// (unreal-api-editor.md §4.3).
+	UMaterialExpressionComment* Comment = NewObject<UMaterialExpressionComment>(Material, NAME_None, RF_Transactional);
+	Comment->Material = Material;
+	Comment->Text = Text;
+	Comment->MaterialExpressionEditorX = PosX;
+	Comment->MaterialExpressionEditorY = PosY;
+	Comment->SizeX = Width;
+	Comment->SizeY = Height;
+	Comment->UpdateMaterialExpressionGuid(true, true);
+	Material->GetExpressionCollection().AddComment(Comment);
+	Material->MarkPackageDirty();
+}
+
+FZorvekMCPBridgeObjectHandle FZorvekMCPBridgeEngineMaterials::CreateMaterialInstance(const FString& PackageName, const FString& AssetName, FZorvekMCPBridgeObjectHandle ParentHandle, FString& OutError)
+{
+	UMaterialInterface* Parent = Cast<UMaterialInterface>(FZorvekMCPBridgeEngineEditorPort::ToObject(ParentHandle));
+	UPackage* Package = Parent ? CreatePackage(*PackageName) : nullptr;
+	if (!Package)
+	{
+		OutError = Parent ? FString::Printf(TEXT("the editor refused to create package %s."), *PackageName) : FString(TEXT("the parent is not a material."));
+		return FZorvekMCPBridgeObjectHandle();
+	}
+	// unreal-api-editor.md §4.6: NewObject, SetParentEditorOnly, then PostEditChange.
+	UMaterialInstanceConstant* Instance = NewObject<UMaterialInstanceConstant>(Package, FName(*AssetName), RF_Public | RF_Standalone | RF_Transactional);
+	Instance->SetParentEditorOnly(Parent);
+	FAssetRegistryModule::AssetCreated(Instance);
+	Instance->PostEditChange();
+	Instance->MarkPackageDirty();
+	return FZorvekMCPBridgeEngineEditorPort::ToHandle(Instance);
+}
+
+bool FZorvekMCPBridgeEngineMaterials::SetInstanceScalarParameter(FZorvekMCPBridgeObjectHandle Handle, const FString& ParameterName, float Value)
+{
+	UMaterialInstanceConstant* Instance = Cast<UMaterialInstanceConstant>(FZorvekMCPBridgeEngineEditorPort::ToObject(Handle));
+	if (!Instance)
+	{
+		return false;
+	}
+	Instance->SetScalarParameterValueEditorOnly(FMaterialParameterInfo(FName(*ParameterName)), Value);
+	return true;
+}
+
+bool FZorvekMCPBridgeEngineMaterials::SetInstanceTextureParameter(FZorvekMCPBridgeObjectHandle Handle, const FString& ParameterName, FZorvekMCPBridgeObjectHandle TextureHandle)
+{
+	UMaterialInstanceConstant* Instance = Cast<UMaterialInstanceConstant>(FZorvekMCPBridgeEngineEditorPort::ToObject(Handle));
+	UTexture* Texture = Cast<UTexture>(FZorvekMCPBridgeEngineEditorPort::ToObject(TextureHandle));
+	if (!Instance || !Texture)
+	{
+		return false;
+	}
+	Instance->SetTextureParameterValueEditorOnly(FMaterialParameterInfo(FName(*ParameterName)), Texture);
+	return true;
+}
+
+void FZorvekMCPBridgeEngineMaterials::NotifyMaterialEdited(FZorvekMCPBridgeObjectHandle Handle)
+{
+	if (UMaterialInterface* Material = Cast<UMaterialInterface>(FZorvekMCPBridgeEngineEditorPort::ToObject(Handle)))
 	{
 		Material->MarkPackageDirty();
 		Material->PostEditChange();
