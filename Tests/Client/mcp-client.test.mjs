@@ -530,6 +530,25 @@ describe('asset tools on the host\'s sample project', { timeout: TEST_TIMEOUT_MS
 		assert.equal(again.structuredContent.error, 'Asset already exists: /Game/ClientTest/DA_ClientTest.DA_ClientTest');
 	});
 
+	test('material tools build a small graph by GUID that the readback shows wired', async () =>
+	{
+		structuredPayload(await callTool(client, 'material_create', { PackagePath: '/Game/ClientTest', AssetName: 'M_ClientTest' }), 'material_create');
+		const resolved = structuredPayload(await callTool(client, 'material_resolve_expression_class', { Query: 'lerp' }), 'material_resolve_expression_class');
+		assert.equal(resolved.canonical_class, 'MaterialExpressionLinearInterpolate');
+		const add = async (ExpressionClass, extra = {}) => structuredPayload(await callTool(client, 'material_add_expression',
+			{ MaterialNameOrPath: 'M_ClientTest', ExpressionClass, ...extra }), 'material_add_expression').node_guid;
+		const lerp = await add(resolved.canonical_class);
+		const tint = await add('MaterialExpressionVectorParameter', { ParameterName: 'Tint' });
+		const wrongInput = await callTool(client, 'material_connect_expressions', { MaterialNameOrPath: 'M_ClientTest', SourceNodeGuid: tint, TargetNodeGuid: lerp, TargetInputName: 'alpha' });
+		assert.equal(wrongInput.isError, true);
+		assert.equal(wrongInput.content[0].text, "Target input 'alpha' was not found. Available inputs: 'A', 'B', 'Alpha'");
+		structuredPayload(await callTool(client, 'material_connect_expressions', { MaterialNameOrPath: 'M_ClientTest', SourceNodeGuid: tint, TargetNodeGuid: lerp, TargetInputName: 'A' }), 'material_connect_expressions');
+		structuredPayload(await callTool(client, 'material_connect_root', { MaterialNameOrPath: 'M_ClientTest', SourceNodeGuid: lerp, RootInputName: 'BaseColor' }), 'material_connect_root');
+		const updated = structuredPayload(await callTool(client, 'material_update', { MaterialNameOrPath: 'M_ClientTest' }), 'material_update');
+		assert.deepEqual(updated.material.connections.map((wire) => `${wire.source_node_title} -> ${wire.target_input_name}`),
+			['Lerp -> BaseColor', "'Tint'\nParam (0,0,0,0) -> A"]);
+	});
+
 	test('unknown assets and missing arguments are tool errors', async () =>
 	{
 		const missing = await callTool(client, 'unreal_inspect_asset', { AssetNameOrPath: 'no_such_asset' });
