@@ -182,6 +182,8 @@ FZorvekMCPBridgeObjectHandle FZorvekMCPBridgeEngineMaterials::NewExpression(FZor
 	// (unreal-behaviour-world-assets.md §5.3); the rest waits for AddExpression.
 	UMaterialExpression* Expression = NewObject<UMaterialExpression>(Material, Class, NodeName.IsEmpty() ? FName(NAME_None) : FName(*NodeName), RF_Transactional);
 	Expression->Material = Material;
+	// UMaterialExpressionComponentMask: not in the reference notes beyond its R/G/B/A bits; check
+	// against the engine.
 	if (UMaterialExpressionComponentMask* Mask = Cast<UMaterialExpressionComponentMask>(Expression))
 	{
 		Mask->R = 1;
@@ -198,7 +200,8 @@ void FZorvekMCPBridgeEngineMaterials::DiscardExpression(FZorvekMCPBridgeObjectHa
 {
 	if (UMaterialExpression* Expression = ToExpression(Handle))
 	{
-		// Out of the material's package without dirtying it, so its name is free again.
+		// Out of the material's package without dirtying it, so its name is free again. The REN_
+		// flags are not in the reference notes; check against the engine.
 		Expression->Rename(nullptr, GetTransientPackage(), REN_DoNotDirty | REN_DontCreateRedirectors | REN_NonTransactional);
 		Expression->Material = nullptr;
 		Expression->MarkAsGarbage();
@@ -314,6 +317,7 @@ bool FZorvekMCPBridgeEngineMaterials::SetInstanceScalarParameter(FZorvekMCPBridg
 	{
 		return false;
 	}
+	// FMaterialParameterInfo's constructor is not in the reference notes; check against the engine.
 	Instance->SetScalarParameterValueEditorOnly(FMaterialParameterInfo(FName(*ParameterName)), Value);
 	return true;
 }
@@ -321,6 +325,8 @@ bool FZorvekMCPBridgeEngineMaterials::SetInstanceScalarParameter(FZorvekMCPBridg
 bool FZorvekMCPBridgeEngineMaterials::SetInstanceTextureParameter(FZorvekMCPBridgeObjectHandle Handle, const FString& ParameterName, FZorvekMCPBridgeObjectHandle TextureHandle)
 {
 	UMaterialInstanceConstant* Instance = Cast<UMaterialInstanceConstant>(FZorvekMCPBridgeEngineEditorPort::ToObject(Handle));
+	// UTexture and FMaterialParameterInfo's constructor: not in the reference notes; check against
+	// the engine.
 	UTexture* Texture = Cast<UTexture>(FZorvekMCPBridgeEngineEditorPort::ToObject(TextureHandle));
 	if (!Instance || !Texture)
 	{
