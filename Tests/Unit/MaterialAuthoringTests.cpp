@@ -309,6 +309,16 @@ TEST_F(MaterialAuthoringTest, SetPropertyChecksInOrderAndAppliesThePowerAliasToP
 	EXPECT_EQ(S(Result->GetArrayField(TEXT("property_aliases_applied"))[0]->AsString()), "Exponent->ConstExponent");
 	EXPECT_EQ(S(Result->GetObjectField(TEXT("expression"))->GetObjectField(TEXT("properties"))->GetObjectField(TEXT("ConstExponent"))->GetStringField(TEXT("value"))), "4.500000");
 
+	// The engine writes a struct as it reads it, so a text broken after two fields would leave R
+	// and G changed (unreal-behaviour-world-assets.md §1.7); the tool puts the old value back.
+	const TSharedPtr<FJsonObject> TintAdded = Add(RockMaterial, TEXT("MaterialExpressionVectorParameter"), {{TEXT("DefaultValue"), Text(TEXT("(R=1.0,G=1.0,B=1.0,A=1.0)"))}});
+	const FString Tint = TintAdded->GetStringField(TEXT("node_guid"));
+	const std::string TintBefore = S(TintAdded->GetObjectField(TEXT("expression"))->GetStringField(TEXT("node_title")));
+	EXPECT_EQ(FailWith(Tool, Set({{TEXT("NodeGuid"), Text(*Tint)}, {TEXT("PropertyName"), Text(TEXT("DefaultValue"))}, {TEXT("Value"), Text(TEXT("(R=0.5,G=0.25"))}})),
+		"Could not import value '(R=0.5,G=0.25' for property 'DefaultValue'.");
+	const TSharedPtr<FJsonObject> TintNode = *FindNode(ReadMaterial(RockMaterial), Tint);
+	EXPECT_EQ(S(TintNode->GetStringField(TEXT("node_title"))), TintBefore);
+
 	// The alias is Power's only; a bool is imported as its text.
 	const FString Mask = AddGuid(RockMaterial, TEXT("MaterialExpressionComponentMask"));
 	const TSharedPtr<FJsonObject> Blue = Succeed(Tool, Set({{TEXT("NodeGuid"), Text(*Mask)}, {TEXT("PropertyName"), Text(TEXT("B"))}, {TEXT("Value"), MakeShared<FJsonValueBoolean>(true)}}));
