@@ -150,10 +150,23 @@ namespace
 		const bool bNamed = Builder.SetText(Parameter, TEXT("InterfaceParameterName"), TEXT("DummyDistance"))
 			&& Builder.SetText(Parameter, TEXT("TargetPropertyName"), TEXT("bIsEnabled"));
 		const FZorvekMCPBridgePropertyCursor Interface = Builder.FindProperty(Rig, TEXT("Interface"));
-		const FZorvekMCPBridgePropertyCursor Parameters = Interface.IsValid() ? Interface.FindStructField(bRecipeClass ? TEXT("InterfaceParameters") : TEXT("BlendableParameters")) : FZorvekMCPBridgePropertyCursor();
-		if (!bNamed || !Builder.AppendReference(Parameters, Parameter))
+		bool bAdded = false;
+		if (bRecipeClass)
 		{
-			Builder.Fail(Stage, TEXT("Could not add CameraRig interface parameter."));
+			// Should a load follow the class redirect, the recipe's array is still missing in 5.7.
+			bAdded = bNamed && Interface.IsValid() && Builder.AppendReference(Interface.FindStructField(TEXT("InterfaceParameters")), Parameter);
+			if (!bAdded)
+			{
+				Builder.Fail(Stage, TEXT("Could not add CameraRig interface parameter."));
+			}
+		}
+		if (!bAdded)
+		{
+			const bool bSuccessorAdded = bNamed && Interface.IsValid() && Builder.AppendReference(Interface.FindStructField(TEXT("BlendableParameters")), Parameter);
+			if (!bSuccessorAdded && !bRecipeClass)
+			{
+				Builder.Fail(Stage, TEXT("Could not add CameraRig interface parameter."));
+			}
 		}
 	}
 
