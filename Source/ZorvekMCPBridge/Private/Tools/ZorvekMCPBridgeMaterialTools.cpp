@@ -38,6 +38,33 @@ namespace
 		return FailMaterialTool(FString::Printf(TEXT("Could not load Material for %s."), ToolName));
 	}
 
+	// What a tool that edits a material works on: the editor, the material and its asset path, or
+	// the result to answer with when there is no editor or no such material.
+	struct FMaterialToolTarget
+	{
+		IZorvekMCPBridgeEditorPort* Port = nullptr;
+		FZorvekMCPBridgeObjectHandle Material;
+		FString AssetPath;
+		TSharedPtr<FJsonObject> Failure;
+	};
+
+	FMaterialToolTarget LoadMaterialForTool(FZorvekMCPBridgeToolContext& Context, const TCHAR* ToolName, const FString& MaterialNameOrPath)
+	{
+		FMaterialToolTarget Loaded;
+		if (!Context.EditorPort)
+		{
+			Loaded.Failure = ZorvekMCPBridgeAssetTools::MakeEditorPortUnavailableResult(ToolName);
+			return Loaded;
+		}
+		Loaded.Port = Context.EditorPort;
+		Loaded.Material = ZorvekMCPBridgeMaterialAuthoring::LoadMaterial(*Loaded.Port, MaterialNameOrPath, Loaded.AssetPath);
+		if (!Loaded.Material.IsValid())
+		{
+			Loaded.Failure = FailToLoadMaterialFor(ToolName);
+		}
+		return Loaded;
+	}
+
 	TArray<TSharedPtr<FJsonValue>> MakeAliasArray(const TArray<FString>& Texts)
 	{
 		TArray<TSharedPtr<FJsonValue>> Values;
@@ -348,23 +375,18 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleResolveExpressionCla
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleAddExpression(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	const TCHAR* const ToolName = TEXT("material_add_expression");
-	if (!Context.EditorPort)
+	const FMaterialAddExpressionParams Params = FMaterialAddExpressionParams::Read(Arguments);
+	// Everything that can be checked is checked before the material changes.
+	const FMaterialToolTarget Loaded = LoadMaterialForTool(Context, TEXT("material_add_expression"), Params.MaterialNameOrPath);
+	if (Loaded.Failure.IsValid())
 	{
-		return ZorvekMCPBridgeAssetTools::MakeEditorPortUnavailableResult(ToolName);
+		return Loaded.Failure;
 	}
-	IZorvekMCPBridgeEditorPort& Port = *Context.EditorPort;
+	IZorvekMCPBridgeEditorPort& Port = *Loaded.Port;
 	IZorvekMCPBridgeObjects& Objects = Port.GetObjects();
 	IZorvekMCPBridgeMaterials& Materials = Port.GetMaterials();
-	const FMaterialAddExpressionParams Params = FMaterialAddExpressionParams::Read(Arguments);
-
-	// Everything that can be checked is checked before the material changes.
-	FString AssetPath;
-	const FZorvekMCPBridgeObjectHandle Material = ZorvekMCPBridgeMaterialAuthoring::LoadMaterial(Port, Params.MaterialNameOrPath, AssetPath);
-	if (!Material.IsValid())
-	{
-		return FailToLoadMaterialFor(ToolName);
-	}
+	const FZorvekMCPBridgeObjectHandle Material = Loaded.Material;
+	const FString& AssetPath = Loaded.AssetPath;
 	if (!ZorvekMCPBridgeMaterialAuthoring::IsAllowlistedExpressionClass(Params.ExpressionClass))
 	{
 		return FailMaterialTool(FString::Printf(TEXT("Unsupported material expression class '%s'. Use an allowlisted canonical class name."), *Params.ExpressionClass));
@@ -450,20 +472,15 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleAddExpression(FZorve
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleSetExpressionProperty(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	const TCHAR* const ToolName = TEXT("material_set_expression_property");
-	if (!Context.EditorPort)
-	{
-		return ZorvekMCPBridgeAssetTools::MakeEditorPortUnavailableResult(ToolName);
-	}
-	IZorvekMCPBridgeEditorPort& Port = *Context.EditorPort;
 	const FMaterialSetPropertyParams Params = FMaterialSetPropertyParams::Read(Arguments);
-
-	FString AssetPath;
-	const FZorvekMCPBridgeObjectHandle Material = ZorvekMCPBridgeMaterialAuthoring::LoadMaterial(Port, Params.MaterialNameOrPath, AssetPath);
-	if (!Material.IsValid())
+	const FMaterialToolTarget Loaded = LoadMaterialForTool(Context, TEXT("material_set_expression_property"), Params.MaterialNameOrPath);
+	if (Loaded.Failure.IsValid())
 	{
-		return FailToLoadMaterialFor(ToolName);
+		return Loaded.Failure;
 	}
+	IZorvekMCPBridgeEditorPort& Port = *Loaded.Port;
+	const FZorvekMCPBridgeObjectHandle Material = Loaded.Material;
+	const FString& AssetPath = Loaded.AssetPath;
 	if (Params.NodeGuid.IsEmpty())
 	{
 		return FailMaterialTool(TEXT("material_set_expression_property requires NodeGuid."));
@@ -512,20 +529,15 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleSetExpressionPropert
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleConnectExpressions(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	const TCHAR* const ToolName = TEXT("material_connect_expressions");
-	if (!Context.EditorPort)
-	{
-		return ZorvekMCPBridgeAssetTools::MakeEditorPortUnavailableResult(ToolName);
-	}
-	IZorvekMCPBridgeEditorPort& Port = *Context.EditorPort;
 	const FMaterialConnectParams Params = FMaterialConnectParams::Read(Arguments);
-
-	FString AssetPath;
-	const FZorvekMCPBridgeObjectHandle Material = ZorvekMCPBridgeMaterialAuthoring::LoadMaterial(Port, Params.MaterialNameOrPath, AssetPath);
-	if (!Material.IsValid())
+	const FMaterialToolTarget Loaded = LoadMaterialForTool(Context, TEXT("material_connect_expressions"), Params.MaterialNameOrPath);
+	if (Loaded.Failure.IsValid())
 	{
-		return FailToLoadMaterialFor(ToolName);
+		return Loaded.Failure;
 	}
+	IZorvekMCPBridgeEditorPort& Port = *Loaded.Port;
+	const FZorvekMCPBridgeObjectHandle Material = Loaded.Material;
+	const FString& AssetPath = Loaded.AssetPath;
 	const FZorvekMCPBridgeMaterialSnapshot Snapshot = ReadMaterialSnapshot(Port, Material);
 	const FZorvekMCPBridgeMaterialExpressionSnapshot* Source = ZorvekMCPBridgeMaterialAuthoring::FindExpressionByGuid(Snapshot, Params.SourceNodeGuid);
 	const FZorvekMCPBridgeMaterialExpressionSnapshot* Target = ZorvekMCPBridgeMaterialAuthoring::FindExpressionByGuid(Snapshot, Params.TargetNodeGuid);
@@ -561,20 +573,15 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleConnectExpressions(F
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleConnectRoot(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	const TCHAR* const ToolName = TEXT("material_connect_root");
-	if (!Context.EditorPort)
-	{
-		return ZorvekMCPBridgeAssetTools::MakeEditorPortUnavailableResult(ToolName);
-	}
-	IZorvekMCPBridgeEditorPort& Port = *Context.EditorPort;
 	const FMaterialConnectParams Params = FMaterialConnectParams::Read(Arguments);
-
-	FString AssetPath;
-	const FZorvekMCPBridgeObjectHandle Material = ZorvekMCPBridgeMaterialAuthoring::LoadMaterial(Port, Params.MaterialNameOrPath, AssetPath);
-	if (!Material.IsValid())
+	const FMaterialToolTarget Loaded = LoadMaterialForTool(Context, TEXT("material_connect_root"), Params.MaterialNameOrPath);
+	if (Loaded.Failure.IsValid())
 	{
-		return FailToLoadMaterialFor(ToolName);
+		return Loaded.Failure;
 	}
+	IZorvekMCPBridgeEditorPort& Port = *Loaded.Port;
+	const FZorvekMCPBridgeObjectHandle Material = Loaded.Material;
+	const FString& AssetPath = Loaded.AssetPath;
 	const FZorvekMCPBridgeMaterialSnapshot Snapshot = ReadMaterialSnapshot(Port, Material);
 	const FZorvekMCPBridgeMaterialExpressionSnapshot* Source = ZorvekMCPBridgeMaterialAuthoring::FindExpressionByGuid(Snapshot, Params.SourceNodeGuid);
 	if (!Source)
@@ -608,23 +615,17 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleConnectRoot(FZorvekM
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleUpdateMaterial(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	const TCHAR* const ToolName = TEXT("material_update");
-	if (!Context.EditorPort)
+	const FMaterialToolTarget Loaded = LoadMaterialForTool(Context, TEXT("material_update"),
+		ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("MaterialNameOrPath"), FString()));
+	if (Loaded.Failure.IsValid())
 	{
-		return ZorvekMCPBridgeAssetTools::MakeEditorPortUnavailableResult(ToolName);
+		return Loaded.Failure;
 	}
-	IZorvekMCPBridgeEditorPort& Port = *Context.EditorPort;
-	FString AssetPath;
-	const FZorvekMCPBridgeObjectHandle Material = ZorvekMCPBridgeMaterialAuthoring::LoadMaterial(Port, ZorvekMCPBridgeToolArguments::ReadString(Arguments, TEXT("MaterialNameOrPath"), FString()), AssetPath);
-	if (!Material.IsValid())
-	{
-		return FailToLoadMaterialFor(ToolName);
-	}
-	Port.GetMaterials().NotifyMaterialEdited(Material);
+	Loaded.Port->GetMaterials().NotifyMaterialEdited(Loaded.Material);
 
 	TSharedPtr<FJsonObject> Result = MakeShared<FJsonObject>();
-	Result->SetStringField(TEXT("asset_path"), AssetPath);
-	Result->SetObjectField(TEXT("material"), ZorvekMCPBridgeMaterialAuthoring::ReadMaterialObject(Port, Material));
+	Result->SetStringField(TEXT("asset_path"), Loaded.AssetPath);
+	Result->SetObjectField(TEXT("material"), ZorvekMCPBridgeMaterialAuthoring::ReadMaterialObject(*Loaded.Port, Loaded.Material));
 	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Result, false);
 }
 
