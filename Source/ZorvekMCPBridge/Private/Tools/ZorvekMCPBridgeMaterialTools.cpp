@@ -545,10 +545,11 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleConnectExpressions(F
 	{
 		return FailMaterialTool(TEXT("Could not resolve source or target material expression by GUID."));
 	}
+	const FString MissingInput = FString::Printf(TEXT("Target input '%s' was not found. Available inputs: %s"), *Params.TargetInputName, *ZorvekMCPBridgeMaterialAuthoring::DescribeAvailableInputs(*Target));
 	const int32 InputIndex = ZorvekMCPBridgeMaterialAuthoring::FindInputIndex(*Target, Params.TargetInputName);
 	if (InputIndex == INDEX_NONE)
 	{
-		return FailMaterialTool(FString::Printf(TEXT("Target input '%s' was not found. Available inputs: %s"), *Params.TargetInputName, *ZorvekMCPBridgeMaterialAuthoring::DescribeAvailableInputs(*Target)));
+		return FailMaterialTool(MissingInput);
 	}
 	FString Error;
 	if (!CheckMaterialSourceOutputIndex(*Source, Params.SourceOutputIndex, Error))
@@ -557,7 +558,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeMaterialTools::HandleConnectExpressions(F
 	}
 	if (!Port.GetMaterials().ConnectExpressionInput(Source->Expression, Params.SourceOutputIndex, Target->Expression, InputIndex))
 	{
-		return FailMaterialTool(FString::Printf(TEXT("Target input '%s' was not found. Available inputs: %s"), *Params.TargetInputName, *ZorvekMCPBridgeMaterialAuthoring::DescribeAvailableInputs(*Target)));
+		return FailMaterialTool(MissingInput);
 	}
 	Port.GetMaterials().NotifyMaterialEdited(Material);
 
