@@ -75,6 +75,21 @@ bool FSimulatedType::IsChildOf(const FSimulatedType* Base) const
 	return false;
 }
 
+const FSimulatedFunction* FSimulatedType::FindFunction(const FString& FunctionName) const
+{
+	for (const FSimulatedType* Type = this; Type != nullptr; Type = Type->Super)
+	{
+		for (const std::shared_ptr<FSimulatedFunction>& Function : Type->Functions)
+		{
+			if (Function->Name.Equals(FunctionName, ESearchCase::IgnoreCase))
+			{
+				return Function.get();
+			}
+		}
+	}
+	return nullptr;
+}
+
 int32 FSimulatedType::FindPropertyIndex(const FString& PropertyName) const
 {
 	// Property names are FNames: case-insensitive.

@@ -97,6 +97,56 @@ struct FSimulatedExpressionClassInfo
 	bool bParameter = false;
 };
 
+// Function flag bits with the engine's values (EFunctionFlags).
+namespace SimulatedFunctionFlags
+{
+	constexpr uint32 Final = 0x1;
+	constexpr uint32 Event = 0x800;
+	constexpr uint32 Static = 0x2000;
+	constexpr uint32 Public = 0x20000;
+	constexpr uint32 HasOutParms = 0x400000;
+	constexpr uint32 BlueprintCallable = 0x4000000;
+	constexpr uint32 BlueprintEvent = 0x8000000;
+	constexpr uint32 BlueprintPure = 0x10000000;
+	constexpr uint32 Const = 0x40000000;
+	constexpr uint32 Native = 0x400;
+}
+
+// Parameter flag bits with the engine's values (EPropertyFlags); parameters are properties of
+// the function with CPF_Parm.
+namespace SimulatedParameterFlags
+{
+	constexpr uint64 ConstParm = 0x2;
+	constexpr uint64 Parm = 0x80;
+	constexpr uint64 OutParm = 0x100;
+	constexpr uint64 ReturnParm = 0x400;
+	constexpr uint64 ReferenceParm = 0x8000000;
+}
+
+struct FSimulatedFunction;
+
+// What running a function does in the simulation, standing in for its native code or Blueprint
+// bytecode: reads the inputs from the parameter block (one value per parameter, in parameter
+// order) and writes the outputs into it. Self is the object the function runs on.
+using FSimulatedFunctionBody = TFunction<void(FSimulatedObject& Self, const FSimulatedFunction& Function, std::vector<FSimulatedValue>& Parameters)>;
+
+// A UFunction: parameters in declaration order (the return value, named ReturnValue, last for
+// native functions), flags and metadata as an editor build keeps them.
+struct FSimulatedFunction
+{
+	FString Name;
+	FSimulatedType* Owner = nullptr;
+	uint32 FunctionFlags = 0;
+	std::vector<std::shared_ptr<FSimulatedProperty>> Parameters;
+	// GetMetaData / HasMetaData: a key present with an empty value is still present.
+	TMap<FString, FString> MetaData;
+	// Null for functions that do nothing when called (events without an implementation).
+	FSimulatedFunctionBody Body;
+
+	bool HasAnyFunctionFlags(uint32 Flags) const { return (FunctionFlags & Flags) != 0; }
+	const FString* FindMetaData(const FString& Key) const { return MetaData.Find(Key); }
+};
+
 class FSimulatedObject
 {
 public:
@@ -160,9 +210,14 @@ public:
 	TArray<int64> EnumValues;
 	bool bEnumClass = false;
 	std::shared_ptr<FSimulatedExpressionClassInfo> ExpressionInfo;
+	// Classes: functions declared by this class, in declaration order.
+	std::vector<std::shared_ptr<FSimulatedFunction>> Functions;
 
 	bool IsChildOf(const FSimulatedType* Base) const;
 	int32 FindPropertyIndex(const FString& PropertyName) const;
+	// UClass::FindFunctionByName with inherited functions: this class first, then its supers;
+	// names compare without regard to case. Null when there is none.
+	const FSimulatedFunction* FindFunction(const FString& FunctionName) const;
 	// The C++ prefix of the type: U, A, F or E.
 	const TCHAR* GetPrefixCpp() const;
 	// Rebuilds AllProperties; call after properties or the super type change.

@@ -1,0 +1,378 @@
+// The Blueprint domain of the editor port: what a Blueprint holds (graphs, nodes, pins, links,
+// variables, components, interfaces) as snapshots, and the Blueprint editor's own operations as
+// single calls. Node kinds are data (a kind and its fields), never engine classes, so the graph
+// reader and the node tools stay portable. Every mutation is one call that the portable code
+// has fully validated first; the port only reports what the engine refused.
+#pragma once
+
+#include "CoreMinimal.h"
+#include "Blueprint/ZorvekMCPBridgePinTypes.h"
+#include "EditorPort/ZorvekMCPBridgeObjectHandle.h"
+
+// Mirrors EBlueprintType (same values).
+enum class EZorvekMCPBridgeBlueprintType : uint8
+{
+	Normal = 0,
+	Const = 1,
+	MacroLibrary = 2,
+	Interface = 3,
+	LevelScript = 4,
+	FunctionLibrary = 5
+};
+
+// Mirrors EBlueprintStatus (same values).
+enum class EZorvekMCPBridgeBlueprintStatus : uint8
+{
+	Unknown = 0,
+	Dirty = 1,
+	Error = 2,
+	UpToDate = 3,
+	BeingCreated = 4,
+	UpToDateWithWarnings = 5
+};
+
+// Which list of the Blueprint holds a graph.
+enum class EZorvekMCPBridgeGraphKind : uint8
+{
+	// FunctionGraphs (the construction script included).
+	Function,
+	// UbergraphPages.
+	Ubergraph,
+	// MacroGraphs.
+	Macro,
+	// The Graphs of an implemented interface (ImplementedInterfaces[i].Graphs).
+	InterfaceImplementation,
+	// Anything else GetAllGraphs returns (delegate signatures, sub-graphs).
+	Other
+};
+
+// What a node is, as far as the tools tell nodes apart. Subclasses count as their base kind
+// (a parent-function call is a FunctionCall, an input-axis event is not an Event).
+enum class EZorvekMCPBridgeNodeKind : uint8
+{
+	Unknown,
+	// UEdGraphNode_Comment.
+	Comment,
+	// UK2Node_CustomEvent.
+	CustomEvent,
+	// UK2Node_Event (override and interface events).
+	Event,
+	// UK2Node_FunctionEntry.
+	FunctionEntry,
+	// UK2Node_FunctionResult.
+	FunctionResult,
+	// UK2Node_DynamicCast.
+	DynamicCast,
+	// UK2Node_CallFunction and its subclasses.
+	FunctionCall,
+	// UK2Node_VariableGet.
+	VariableGet,
+	// UK2Node_VariableSet.
+	VariableSet,
+	// UK2Node_IfThenElse.
+	Branch,
+	// UK2Node_ExecutionSequence.
+	Sequence,
+	// UK2Node_MacroInstance.
+	MacroInstance,
+	// UK2Node_InputAxisKeyEvent.
+	InputAxisKeyEvent,
+	// UK2Node_InputKey.
+	InputKey
+};
+
+// The other end of a link: the pin's name on the node with that GUID. Links whose other node is
+// gone are not reported.
+struct FZorvekMCPBridgePinLink
+{
+	FString NodeGuid;
+	FName PinName;
+};
+
+// A pin of a node in a graph: name, direction, type, default (DefaultValue, else the default
+// object's path, else the default text; empty when none), and links in LinkedTo order.
+struct FZorvekMCPBridgeGraphPinSnapshot
+{
+	FZorvekMCPBridgePinSnapshot Pin;
+	bool bHidden = false;
+	bool bAdvancedView = false;
+	TArray<FZorvekMCPBridgePinLink> LinkedTo;
+};
+
+// The fields of each node kind; only those of the node's kind are filled.
+struct FZorvekMCPBridgeNodeKindData
+{
+	// Comment: UEdGraphNode_Comment's own fields. ContainedNodeGuids is what the engine's
+	// GetNodesUnderComment holds (filled by the graph panel when the comment is drawn).
+	int32 CommentFontSize = 0;
+	// CommentColor (an FLinearColor), channel by channel.
+	float CommentColor[4] = { 1.f, 1.f, 1.f, 1.f };
+	// "GroupMovement" or "NoGroupMovement" (ECommentBoxMode).
+	FString CommentMoveMode;
+	bool bCommentBubbleVisible = false;
+	TArray<FString> ContainedNodeGuids;
+
+	// Event, CustomEvent, InputAxisKeyEvent: the event's function (EventReference member name and
+	// parent class), bOverrideFunction, bInternalEvent and CustomFunctionName. For a custom event
+	// CustomFunctionName is its name.
+	FString EventName;
+	FString EventOwnerClassPath;
+	FString EventOwnerClassName;
+	bool bOverrideFunction = false;
+	bool bInternalEvent = false;
+	FString CustomFunctionName;
+	// CustomEvent: the call-in-editor flag.
+	bool bCallInEditor = false;
+
+	// CustomEvent, FunctionEntry, FunctionResult: the user-declared pins (UserDefinedPins).
+	TArray<FZorvekMCPBridgeUserPinInfo> UserPins;
+	// FunctionEntry, FunctionResult: the function's name (FunctionReference member name).
+	FString FunctionName;
+
+	// DynamicCast: TargetType, and the Blueprint that generated it (empty for native classes).
+	FString CastTargetClassPath;
+	FString CastTargetClassName;
+	FString CastTargetBlueprintPath;
+
+	// FunctionCall: FunctionReference - member name, parent class (the class the reference
+	// names; for a self-context call the Blueprint's own class) and whether it is self-context.
+	// FunctionPath is the resolved function's path name ("/Script/Engine.Actor:K2_GetActorLocation"),
+	// empty when it no longer resolves.
+	FString MemberName;
+	FString MemberParentClassPath;
+	bool bSelfContext = false;
+	FString FunctionPath;
+
+	// VariableGet, VariableSet: VariableReference. bLocal for function-local variables (a
+	// local-scope reference); the owner class is the class that declares the property (empty
+	// when it no longer resolves), its Blueprint when it was generated by one.
+	FString VariableName;
+	FString VariableGuid;
+	bool bVariableSelfContext = false;
+	bool bLocalVariable = false;
+	FString VariableOwnerClassPath;
+	FString VariableOwnerClassName;
+	FString VariableOwnerBlueprintPath;
+
+	// MacroInstance: the macro graph, its path name ("...StandardMacros.StandardMacros:DoOnce")
+	// and the Blueprint that holds it.
+	FString MacroGraphName;
+	FString MacroGraphPath;
+	FString MacroBlueprintPath;
+
+	// InputAxisKeyEvent (AxisKey), InputKey (InputKey): the key's name; their flags.
+	FString KeyName;
+	bool bConsumeInput = false;
+	bool bExecuteWhenPaused = false;
+	bool bOverrideParentBinding = false;
+	// InputKey: modifier flags.
+	bool bControl = false;
+	bool bShift = false;
+	bool bAlt = false;
+	bool bCommand = false;
+};
+
+struct FZorvekMCPBridgeNodeSnapshot
+{
+	// NodeGuid as 32 hexadecimal digits (FGuid::ToString()).
+	FString NodeGuid;
+	// The node's class name, e.g. K2Node_CallFunction.
+	FString NodeClass;
+	// GetNodeTitle(ENodeTitleType::FullTitle), lines separated by "\n".
+	FString Title;
+	int32 PosX = 0;
+	int32 PosY = 0;
+	int32 Width = 0;
+	int32 Height = 0;
+	// NodeComment.
+	FString Comment;
+	// Whether the node is enabled (ENodeEnabledState::Enabled); ghost events are not.
+	bool bEnabled = true;
+	EZorvekMCPBridgeNodeKind Kind = EZorvekMCPBridgeNodeKind::Unknown;
+	FZorvekMCPBridgeNodeKindData Data;
+	// In the node's pin order.
+	TArray<FZorvekMCPBridgeGraphPinSnapshot> Pins;
+};
+
+struct FZorvekMCPBridgeGraphSnapshot
+{
+	FString Name;
+	EZorvekMCPBridgeGraphKind Kind = EZorvekMCPBridgeGraphKind::Other;
+	// InterfaceImplementation graphs: the interface class.
+	FString InterfaceClassPath;
+	// In the graph's node order.
+	TArray<FZorvekMCPBridgeNodeSnapshot> Nodes;
+};
+
+// One FBPVariableDescription of NewVariables.
+struct FZorvekMCPBridgeVariableSnapshot
+{
+	FName VarName;
+	FString VarGuid;
+	FString FriendlyName;
+	FString Category;
+	FZorvekMCPBridgePinType VarType;
+	FString DefaultValue;
+	uint64 PropertyFlags = 0;
+	// The value on the generated class's default object as export text, when that class already
+	// has the property (after a compile).
+	bool bHasClassDefaultValue = false;
+	FString ClassDefaultValue;
+};
+
+// One USCS_Node of the construction script.
+struct FZorvekMCPBridgeComponentSnapshot
+{
+	// The node's variable name.
+	FString Name;
+	FString ComponentClassPath;
+	FString ComponentClassName;
+	// ComponentTemplate, for reflection (static mesh, materials, properties).
+	FZorvekMCPBridgeObjectHandle Template;
+	FString TemplatePath;
+	// The parent node's variable name, or ParentComponentOrVariableName for a root attached to an
+	// inherited or native component; empty for other roots.
+	FString ParentComponentName;
+	bool bIsRootNode = false;
+};
+
+struct FZorvekMCPBridgeImplementedInterfaceSnapshot
+{
+	FString InterfaceClassPath;
+	FString InterfaceClassName;
+	// The interface Blueprint that generated the class; empty for native interfaces.
+	FString InterfaceBlueprintPath;
+	TArray<FString> GraphNames;
+};
+
+struct FZorvekMCPBridgeBlueprintSnapshot
+{
+	FZorvekMCPBridgeObjectHandle Blueprint;
+	FString Name;
+	FString Path;
+	// Empty when the Blueprint has no parent class.
+	FString ParentClassPath;
+	FString ParentClassName;
+	FString GeneratedClassPath;
+	FString SkeletonClassPath;
+	EZorvekMCPBridgeBlueprintType BlueprintType = EZorvekMCPBridgeBlueprintType::Normal;
+	EZorvekMCPBridgeBlueprintStatus Status = EZorvekMCPBridgeBlueprintStatus::Unknown;
+	bool bHasConstructionScript = false;
+	// In GetAllGraphs order: function graphs, macro graphs, ubergraph pages, delegate signature
+	// graphs, then the graphs of each implemented interface.
+	TArray<FZorvekMCPBridgeGraphSnapshot> Graphs;
+	// NewVariables, in order.
+	TArray<FZorvekMCPBridgeVariableSnapshot> Variables;
+	// The construction script's nodes depth first from each root node (AllNodes that are
+	// reachable from RootNodes, parents before children).
+	TArray<FZorvekMCPBridgeComponentSnapshot> Components;
+	TArray<FZorvekMCPBridgeImplementedInterfaceSnapshot> ImplementedInterfaces;
+};
+
+// A function of an interface class, as implementing it needs.
+struct FZorvekMCPBridgeInterfaceFunction
+{
+	FString Name;
+	// FBlueprintEditorUtils' verdict: implemented as an event node (no outputs) rather than as a
+	// graph.
+	bool bImplementedAsEvent = false;
+};
+
+// Why CreateFunctionGraph stopped; every earlier step stays done, as in the engine.
+enum class EZorvekMCPBridgeFunctionGraphFailure : uint8
+{
+	None,
+	GraphNotCreated,
+	NoEntryNode,
+	NoResultNode,
+	InputPinNotCreated,
+	OutputPinNotCreated
+};
+
+struct FZorvekMCPBridgeFunctionGraphResult
+{
+	EZorvekMCPBridgeFunctionGraphFailure Failure = EZorvekMCPBridgeFunctionGraphFailure::None;
+	// The pin that could not be created, and the engine's reason.
+	FName FailedPinName;
+	FString FailureReason;
+	FString GraphName;
+};
+
+class IZorvekMCPBridgeBlueprints
+{
+public:
+	virtual ~IZorvekMCPBridgeBlueprints() = default;
+
+	// Reading. False when the object is not a UBlueprint.
+	virtual bool ReadBlueprint(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeBlueprintSnapshot& OutSnapshot) const = 0;
+
+	// FBlueprintEditorUtils::IsGraphNameUnique(Blueprint, Name).
+	virtual bool IsGraphNameUnique(FZorvekMCPBridgeObjectHandle Blueprint, const FString& Name) const = 0;
+
+	// The functions of an interface class, inherited ones included, in field order. False when
+	// the class does not exist or is not an interface.
+	virtual bool GetInterfaceFunctions(const FString& InterfaceClassPath, TArray<FZorvekMCPBridgeInterfaceFunction>& OutFunctions) const = 0;
+
+	// The interface class an interface Blueprint generated; empty when the object is not an
+	// interface Blueprint or has no generated class.
+	virtual FString GetGeneratedInterfaceClassPath(FZorvekMCPBridgeObjectHandle Blueprint) const = 0;
+
+	// Creating Blueprints. FKismetEditorUtilities::CreateBlueprint(parent, package, name, type,
+	// UBlueprint, UBlueprintGeneratedClass, "ZorvekMCPBridge"). The caller has checked that
+	// nothing of that name is in the package (the engine asserts) and that the parent class
+	// loads. Invalid when the engine returns null. Registering and dirtying the package are the
+	// caller's (asset authoring port).
+	virtual FZorvekMCPBridgeObjectHandle CreateBlueprint(FZorvekMCPBridgeObjectHandle Package, const FString& AssetName, const FString& ParentClassPath, EZorvekMCPBridgeBlueprintType BlueprintType) = 0;
+
+	// FBlueprintEditorUtils::AddMemberVariable; false when the engine refuses.
+	virtual bool AddMemberVariable(FZorvekMCPBridgeObjectHandle Blueprint, const FName& VarName, const FZorvekMCPBridgePinType& PinType, const FString& DefaultValue) = 0;
+	// FBlueprintEditorUtils::SetBlueprintVariableCategory for a member variable.
+	virtual void SetVariableCategory(FZorvekMCPBridgeObjectHandle Blueprint, const FName& VarName, const FString& Category) = 0;
+
+	// CreateNewGraph (UEdGraph, UEdGraphSchema_K2) + AddFunctionGraph, then the entry node,
+	// FindOrCreateFunctionResultNode, and one CreateUserDefinedPin per input (output pins of
+	// the entry) and per output (input pins of the result), in order. The caller has checked
+	// the name is unique and the descriptors.
+	virtual FZorvekMCPBridgeFunctionGraphResult CreateFunctionGraph(FZorvekMCPBridgeObjectHandle Blueprint, const FString& FunctionName,
+		const TArray<FBlueprintParamSpec>& Inputs, const TArray<FBlueprintParamSpec>& Outputs) = 0;
+
+	// CreateNewGraph + AddUbergraphPage. False when the engine made no graph.
+	virtual bool CreateEventGraph(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName) = 0;
+
+	// A UK2Node_CustomEvent named EventName in the graph at the position, with a new GUID, the
+	// call-in-editor flag and one user-defined output pin per parameter in order. The caller
+	// has checked the graph exists and the name is free. Empty GUID, with the parameter that
+	// failed in OutFailedParameter (NAME_None when the node itself could not be made), on
+	// failure; a node that failed halfway is removed again.
+	virtual FString AddCustomEvent(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& EventName, bool bCallInEditor,
+		const TArray<FBlueprintParamSpec>& Parameters, int32 PosX, int32 PosY, FName& OutFailedParameter) = 0;
+
+	// FBlueprintEditorUtils::ImplementNewInterface with the class's path; false when the engine
+	// refuses (a graph name clash, an interface already implemented).
+	virtual bool ImplementInterface(FZorvekMCPBridgeObjectHandle Blueprint, const FString& InterfaceClassPath) = 0;
+
+	// A UK2Node_Event bound to the interface function (EventReference = function and
+	// interface class, bOverrideFunction) in the graph at the position, with a new GUID and its
+	// pins. The caller has checked the Blueprint implements the interface, the function is one
+	// of its events and no node implements it yet. The new node's GUID; empty on failure.
+	virtual FString AddInterfaceEvent(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& InterfaceClassPath,
+		const FString& FunctionName, int32 PosX, int32 PosY) = 0;
+
+	// Components. A transient object of the component class, to check property names on before
+	// anything is created; invalid when the class is not a component class.
+	virtual FZorvekMCPBridgeObjectHandle CreateComponentValidationObject(const FString& ComponentClassPath) = 0;
+	// USimpleConstructionScript::CreateNode(class, name): a node and its template
+	// (<Name>_GEN_VARIABLE in the generated class), not yet in the tree. Invalid when the
+	// Blueprint has no construction script or the engine refuses. OutTemplate is the template.
+	virtual FZorvekMCPBridgeObjectHandle CreateComponentNode(FZorvekMCPBridgeObjectHandle Blueprint, const FString& ComponentClassPath, const FString& ComponentName,
+		FZorvekMCPBridgeObjectHandle& OutTemplate) = 0;
+	// USCS_Node::AddChildNode under the node named ParentComponentName, or
+	// USimpleConstructionScript::AddNode when it is empty.
+	virtual void AttachComponentNode(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeObjectHandle Node, const FString& ParentComponentName) = 0;
+	// USimpleConstructionScript::RemoveNode: a node that failed halfway goes again.
+	virtual void RemoveComponentNode(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeObjectHandle Node) = 0;
+
+	// FBlueprintEditorUtils::MarkBlueprintAsStructurallyModified / MarkBlueprintAsModified.
+	virtual void MarkStructurallyModified(FZorvekMCPBridgeObjectHandle Blueprint) = 0;
+	virtual void MarkModified(FZorvekMCPBridgeObjectHandle Blueprint) = 0;
+};
