@@ -606,27 +606,8 @@ TArray<const FZorvekMCPBridgeAssetData*> FSimulatedEditor::FindRegistryEntries(c
 	return Entries;
 }
 
-FSimulatedProperty* FSimulatedEditor::AddProperty(FSimulatedType* Owner, const FString& Name, const FString& TypeText, uint64 Flags, FString& OutError)
+std::shared_ptr<FSimulatedProperty> FSimulatedEditor::MakeProperty(const FString& Name, const FString& TypeText, uint64 Flags, FString& OutError) const
 {
-	if (!Owner || Owner->Kind == ESimulatedTypeKind::Enum)
-	{
-		OutError = TEXT("Properties belong to classes and structs.");
-		return nullptr;
-	}
-	if (Name.IsEmpty())
-	{
-		OutError = FString::Printf(TEXT("A property of %s has no name."), *Owner->GetPathName());
-		return nullptr;
-	}
-	for (const std::shared_ptr<FSimulatedProperty>& Existing : Owner->OwnProperties)
-	{
-		if (Existing->Name.Equals(Name, ESearchCase::IgnoreCase))
-		{
-			OutError = FString::Printf(TEXT("%s declares %s twice."), *Owner->GetPathName(), *Name);
-			return nullptr;
-		}
-	}
-
 	std::function<std::shared_ptr<FSimulatedProperty>(const FString&)> ParseType = [this, &ParseType, &OutError](const FString& Text) -> std::shared_ptr<FSimulatedProperty>
 	{
 		struct FSimpleType
@@ -712,6 +693,35 @@ FSimulatedProperty* FSimulatedEditor::AddProperty(FSimulatedType* Owner, const F
 	};
 
 	std::shared_ptr<FSimulatedProperty> Property = ParseType(TypeText);
+	if (Property)
+	{
+		Property->Name = Name;
+		Property->Flags = Flags;
+	}
+	return Property;
+}
+
+FSimulatedProperty* FSimulatedEditor::AddProperty(FSimulatedType* Owner, const FString& Name, const FString& TypeText, uint64 Flags, FString& OutError)
+{
+	if (!Owner || Owner->Kind == ESimulatedTypeKind::Enum)
+	{
+		OutError = TEXT("Properties belong to classes and structs.");
+		return nullptr;
+	}
+	if (Name.IsEmpty())
+	{
+		OutError = FString::Printf(TEXT("A property of %s has no name."), *Owner->GetPathName());
+		return nullptr;
+	}
+	for (const std::shared_ptr<FSimulatedProperty>& Existing : Owner->OwnProperties)
+	{
+		if (Existing->Name.Equals(Name, ESearchCase::IgnoreCase))
+		{
+			OutError = FString::Printf(TEXT("%s declares %s twice."), *Owner->GetPathName(), *Name);
+			return nullptr;
+		}
+	}
+	std::shared_ptr<FSimulatedProperty> Property = MakeProperty(Name, TypeText, Flags, OutError);
 	if (!Property)
 	{
 		OutError = FString::Printf(TEXT("%s.%s: %s"), *Owner->GetPathName(), *Name, *OutError);
@@ -722,8 +732,6 @@ FSimulatedProperty* FSimulatedEditor::AddProperty(FSimulatedType* Owner, const F
 		OutError = FString::Printf(TEXT("Struct %s cannot contain itself."), *Owner->GetPathName());
 		return nullptr;
 	}
-	Property->Name = Name;
-	Property->Flags = Flags;
 	Owner->OwnProperties.push_back(Property);
 	Owner->RebuildPropertyList();
 	return Property.get();

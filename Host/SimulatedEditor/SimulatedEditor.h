@@ -246,6 +246,9 @@ public:
 	// enum:<path>, struct:<path>, object:<class path>, softobject:<class path>, class:<meta class
 	// path>, array:<type text>.
 	FSimulatedProperty* AddProperty(FSimulatedType* Owner, const FString& Name, const FString& TypeText, uint64 Flags, FString& OutError);
+	// A property of that type text that belongs to no type yet (a function parameter, a
+	// Blueprint variable's property); null, with the reason, for an unknown type text.
+	std::shared_ptr<FSimulatedProperty> MakeProperty(const FString& Name, const FString& TypeText, uint64 Flags, FString& OutError) const;
 	FSimulatedObject* FindOrCreatePackage(const FString& PackageName);
 	// A new object with its class's default values; Name must be unique within Outer.
 	FSimulatedObject* CreateObject(FSimulatedType* Class, FSimulatedObject* Outer, const FString& Name, FString& OutError);
