@@ -104,6 +104,8 @@ namespace SimulatedFunctionFlags
 	constexpr uint32 Event = 0x800;
 	constexpr uint32 Static = 0x2000;
 	constexpr uint32 Public = 0x20000;
+	constexpr uint32 Private = 0x40000;
+	constexpr uint32 Protected = 0x80000;
 	constexpr uint32 HasOutParms = 0x400000;
 	constexpr uint32 BlueprintCallable = 0x4000000;
 	constexpr uint32 BlueprintEvent = 0x8000000;

@@ -53,6 +53,28 @@ namespace
 		{TEXT("Deprecated"), ZorvekMCPBridgeClassFlags::Deprecated},
 		{TEXT("NewerVersionExists"), ZorvekMCPBridgeClassFlags::NewerVersionExists}};
 
+	// UFUNCTION specifiers as fixture words, with the EFunctionFlags UHT sets for them.
+	const FFlagWord FunctionFlagWords[] = {
+		{TEXT("callable"), SimulatedFunctionFlags::BlueprintCallable},
+		{TEXT("pure"), SimulatedFunctionFlags::BlueprintCallable | SimulatedFunctionFlags::BlueprintPure},
+		{TEXT("event"), SimulatedFunctionFlags::Event | SimulatedFunctionFlags::BlueprintEvent},
+		{TEXT("native_event"), SimulatedFunctionFlags::Event | SimulatedFunctionFlags::BlueprintEvent | SimulatedFunctionFlags::Native},
+		{TEXT("static"), SimulatedFunctionFlags::Static | SimulatedFunctionFlags::Final},
+		{TEXT("const"), SimulatedFunctionFlags::Const},
+		{TEXT("native"), SimulatedFunctionFlags::Native},
+		{TEXT("final"), SimulatedFunctionFlags::Final},
+		{TEXT("protected"), SimulatedFunctionFlags::Protected},
+		{TEXT("private"), SimulatedFunctionFlags::Private},
+		// BlueprintPure=false on a const function: UHT would otherwise make it pure.
+		{TEXT("impure"), 0}};
+
+	// How a parameter is declared, as the flags UHT gives it (CPF_Parm is added to all).
+	const FFlagWord ParameterFlagWords[] = {
+		{TEXT("out"), SimulatedParameterFlags::OutParm},
+		{TEXT("ref"), SimulatedParameterFlags::OutParm | SimulatedParameterFlags::ReferenceParm},
+		{TEXT("const"), SimulatedParameterFlags::ConstParm},
+		{TEXT("return"), SimulatedParameterFlags::OutParm | SimulatedParameterFlags::ReturnParm}};
+
 	bool ReadFileText(const FString& FilePath, FString& OutText)
 	{
 		std::ifstream File(UECompatToUtf8(FilePath), std::ios::binary);
@@ -344,6 +366,13 @@ private:
 				}
 			}
 		}
+		for (const FPendingObject& Pending : TypesWithProperties)
+		{
+			if (!AddFunctions(static_cast<FSimulatedType*>(Pending.Object), Pending.Json, Pending.Where))
+			{
+				return false;
+			}
+		}
 		// Subtypes were created before their supers had all their properties.
 		for (const std::unique_ptr<FSimulatedObject>& Object : Editor.Objects)
 		{
@@ -377,6 +406,160 @@ private:
 			}
 		}
 		return true;
+	}
+
+	bool AddFunctions(FSimulatedType* Owner, const TSharedPtr<FJsonObject>& Json, const FString& OwnerWhere)
+	{
+		const TArray<TSharedPtr<FJsonValue>>& Functions = GetArray(Json, TEXT("functions"));
+		if (Functions.Num() > 0 && Owner->Kind != ESimulatedTypeKind::Class)
+		{
+			return Fail(OwnerWhere, TEXT("declares functions, which only classes have"));
+		}
+		for (int32 Index = 0; Index < Functions.Num(); ++Index)
+		{
+			const TSharedPtr<FJsonObject> FunctionJson = Functions[Index]->AsObject();
+			std::shared_ptr<FSimulatedFunction> Function = std::make_shared<FSimulatedFunction>();
+			Function->Name = GetString(FunctionJson, TEXT("name"));
+			Function->Owner = Owner;
+			const FString Where = FString::Printf(TEXT("%s function %s"), *OwnerWhere, *Function->Name);
+			if (!FunctionJson.IsValid() || Function->Name.IsEmpty())
+			{
+				return Fail(Where, TEXT("needs a name"));
+			}
+			for (const std::shared_ptr<FSimulatedFunction>& Existing : Owner->Functions)
+			{
+				if (Existing->Name.Equals(Function->Name, ESearchCase::IgnoreCase))
+				{
+					return Fail(Where, TEXT("is declared twice"));
+				}
+			}
+			uint64 Flags = 0;
+			if (!ReadFlags(FunctionJson, FunctionFlagWords, UE_ARRAY_COUNT(FunctionFlagWords), Where, Flags))
+			{
+				return false;
+			}
+			if ((Flags & (SimulatedFunctionFlags::Protected | SimulatedFunctionFlags::Private)) == 0)
+			{
+				Flags |= SimulatedFunctionFlags::Public;
+			}
+			// UHT makes a const BlueprintCallable function pure unless told otherwise.
+			const bool bImpure = HasWord(FunctionJson, TEXT("flags"), TEXT("impure"));
+			if ((Flags & SimulatedFunctionFlags::Const) && (Flags & SimulatedFunctionFlags::BlueprintCallable) && !bImpure)
+			{
+				Flags |= SimulatedFunctionFlags::BlueprintPure;
+			}
+			const TArray<TSharedPtr<FJsonValue>>& Parameters = GetArray(FunctionJson, TEXT("parameters"));
+			for (int32 ParameterIndex = 0; ParameterIndex < Parameters.Num(); ++ParameterIndex)
+			{
+				if (!AddParameter(*Function, Parameters[ParameterIndex]->AsObject(), ParameterIndex == Parameters.Num() - 1, Where))
+				{
+					return false;
+				}
+				if (Function->Parameters.back()->Flags & SimulatedParameterFlags::OutParm)
+				{
+					Flags |= SimulatedFunctionFlags::HasOutParms;
+				}
+			}
+			Function->FunctionFlags = (uint32)Flags;
+			const TSharedPtr<FJsonObject>* MetaData = nullptr;
+			if (FunctionJson->TryGetObjectField(TEXT("metadata"), MetaData))
+			{
+				for (const TPair<FString, TSharedPtr<FJsonValue>>& Entry : (*MetaData)->Values)
+				{
+					FString Value;
+					if (!Entry.Value.IsValid() || !Entry.Value->TryGetString(Value))
+					{
+						return Fail(Where, FString::Printf(TEXT("gives metadata %s a value that is not text"), *Entry.Key));
+					}
+					Function->MetaData.Add(Entry.Key, Value);
+				}
+			}
+			if (!CheckParameterMetaData(*Function, Where))
+			{
+				return false;
+			}
+			Owner->Functions.push_back(Function);
+		}
+		return true;
+	}
+
+	bool AddParameter(FSimulatedFunction& Function, const TSharedPtr<FJsonObject>& Json, bool bLast, const FString& FunctionWhere)
+	{
+		const FString Name = GetString(Json, TEXT("name"));
+		const FString Where = FString::Printf(TEXT("%s parameter %s"), *FunctionWhere, *Name);
+		if (!Json.IsValid() || Name.IsEmpty())
+		{
+			return Fail(Where, TEXT("needs a name"));
+		}
+		for (const std::shared_ptr<FSimulatedProperty>& Existing : Function.Parameters)
+		{
+			if (Existing->Name.Equals(Name, ESearchCase::IgnoreCase))
+			{
+				return Fail(Where, TEXT("is declared twice"));
+			}
+		}
+		uint64 Flags = 0;
+		if (!ReadFlags(Json, ParameterFlagWords, UE_ARRAY_COUNT(ParameterFlagWords), Where, Flags))
+		{
+			return false;
+		}
+		if (Flags & SimulatedParameterFlags::ReturnParm)
+		{
+			// UHT names the return value ReturnValue and declares it last.
+			if (!Name.Equals(TEXT("ReturnValue"), ESearchCase::CaseSensitive) || !bLast || Flags != (SimulatedParameterFlags::OutParm | SimulatedParameterFlags::ReturnParm))
+			{
+				return Fail(Where, TEXT("is a return value, which is named ReturnValue, comes last and has no other flags"));
+			}
+		}
+		FString TypeError;
+		std::shared_ptr<FSimulatedProperty> Parameter = Editor.MakeProperty(Name, GetString(Json, TEXT("type")), Flags | SimulatedParameterFlags::Parm, TypeError);
+		if (!Parameter)
+		{
+			return Fail(Where, TypeError.LeftChop(1));
+		}
+		Function.Parameters.push_back(Parameter);
+		return true;
+	}
+
+	// Metadata that names parameters must name ones the function has.
+	bool CheckParameterMetaData(const FSimulatedFunction& Function, const FString& Where)
+	{
+		const auto HasParameter = [&Function](const FString& Name)
+		{
+			for (const std::shared_ptr<FSimulatedProperty>& Parameter : Function.Parameters)
+			{
+				if (Parameter->Name.Equals(Name, ESearchCase::IgnoreCase))
+				{
+					return true;
+				}
+			}
+			return false;
+		};
+		for (const TPair<FString, FString>& Entry : Function.MetaData)
+		{
+			const bool bNamesParameter = Entry.Key == TEXT("WorldContext") || Entry.Key == TEXT("LatentInfo");
+			if (bNamesParameter && !HasParameter(Entry.Value))
+			{
+				return Fail(Where, FString::Printf(TEXT("has %s metadata naming %s, which is not a parameter"), *Entry.Key, *Entry.Value));
+			}
+			if (Entry.Key.StartsWith(TEXT("CPP_Default_"), ESearchCase::CaseSensitive) && !HasParameter(Entry.Key.Mid(12)))
+			{
+				return Fail(Where, FString::Printf(TEXT("has a default for %s, which is not a parameter"), *Entry.Key.Mid(12)));
+			}
+		}
+		return true;
+	}
+
+	static bool HasWord(const TSharedPtr<FJsonObject>& Json, const TCHAR* Key, const TCHAR* Word)
+	{
+		for (const TSharedPtr<FJsonValue>& Value : GetArray(Json, Key))
+		{
+			if (Value->AsString().Equals(Word, ESearchCase::CaseSensitive))
+			{
+				return true;
+			}
+		}
+		return false;
 	}
 
 	bool CreateObject(const TSharedPtr<FJsonObject>& Json, FSimulatedObject* Outer, const FString& DefaultName, const FString& Where)
