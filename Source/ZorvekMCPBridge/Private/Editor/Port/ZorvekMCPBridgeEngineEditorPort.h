@@ -120,6 +120,7 @@ public:
 	IZorvekMCPBridgeReflection& GetReflection() override { return Reflection; }
 	IZorvekMCPBridgeMaterials& GetMaterials() override { return Materials; }
 	IZorvekMCPBridgeAssetAuthoring& GetAssetAuthoring() override { return AssetAuthoring; }
+	IZorvekMCPBridgeBlueprints& GetBlueprints() override { return Blueprints; }
 
 	static UObject* ToObject(FZorvekMCPBridgeObjectHandle Handle);
 	static FZorvekMCPBridgeObjectHandle ToHandle(const UObject* Object);
@@ -130,4 +131,5 @@ private:
 	FZorvekMCPBridgeEngineReflection Reflection;
 	FZorvekMCPBridgeEngineMaterials Materials;
 	FZorvekMCPBridgeEngineAssetAuthoring AssetAuthoring;
+	FZorvekMCPBridgeEngineBlueprints Blueprints;
 };

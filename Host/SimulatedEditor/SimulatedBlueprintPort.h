@@ -1,0 +1,49 @@
+// The Blueprint domain of the editor port over the simulated editor's Blueprints.
+#pragma once
+
+#include "CoreMinimal.h"
+#include "EditorPort/ZorvekMCPBridgeBlueprintPort.h"
+
+class FSimulatedEditor;
+class FSimulatedBlueprints;
+struct FSimulatedBlueprint;
+
+class FSimulatedBlueprintPort : public IZorvekMCPBridgeBlueprints
+{
+public:
+	explicit FSimulatedBlueprintPort(FSimulatedEditor& InEditor);
+
+	bool ReadBlueprint(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeBlueprintSnapshot& OutSnapshot) const override;
+	bool IsGraphNameUnique(FZorvekMCPBridgeObjectHandle Blueprint, const FString& Name) const override;
+	bool GetInterfaceFunctions(const FString& InterfaceClassPath, TArray<FZorvekMCPBridgeInterfaceFunction>& OutFunctions) const override;
+	FString GetGeneratedInterfaceClassPath(FZorvekMCPBridgeObjectHandle Blueprint) const override;
+	FZorvekMCPBridgeObjectHandle CreateBlueprint(FZorvekMCPBridgeObjectHandle Package, const FString& AssetName, const FString& ParentClassPath, EZorvekMCPBridgeBlueprintType BlueprintType) override;
+	bool AddMemberVariable(FZorvekMCPBridgeObjectHandle Blueprint, const FName& VarName, const FZorvekMCPBridgePinType& PinType, const FString& DefaultValue) override;
+	void SetVariableCategory(FZorvekMCPBridgeObjectHandle Blueprint, const FName& VarName, const FString& Category) override;
+	FZorvekMCPBridgeFunctionGraphResult CreateFunctionGraph(FZorvekMCPBridgeObjectHandle Blueprint, const FString& FunctionName,
+		const TArray<FBlueprintParamSpec>& Inputs, const TArray<FBlueprintParamSpec>& Outputs) override;
+	bool CreateEventGraph(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName) override;
+	FString AddCustomEvent(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& EventName, bool bCallInEditor,
+		const TArray<FBlueprintParamSpec>& Parameters, int32 PosX, int32 PosY, FName& OutFailedParameter) override;
+	bool ImplementInterface(FZorvekMCPBridgeObjectHandle Blueprint, const FString& InterfaceClassPath) override;
+	FString AddInterfaceEvent(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& InterfaceClassPath,
+		const FString& FunctionName, int32 PosX, int32 PosY) override;
+	FZorvekMCPBridgeObjectHandle CreateComponentValidationObject(const FString& ComponentClassPath) override;
+	FZorvekMCPBridgeObjectHandle CreateComponentNode(FZorvekMCPBridgeObjectHandle Blueprint, const FString& ComponentClassPath, const FString& ComponentName,
+		FZorvekMCPBridgeObjectHandle& OutTemplate) override;
+	void AttachComponentNode(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeObjectHandle Node, const FString& ParentComponentName) override;
+	void RemoveComponentNode(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeObjectHandle Node) override;
+	void MarkStructurallyModified(FZorvekMCPBridgeObjectHandle Blueprint) override;
+	void MarkModified(FZorvekMCPBridgeObjectHandle Blueprint) override;
+
+	// The notifications ImplementNewInterface wrote (log lines in an unattended editor), for tests.
+	const TArray<FString>& GetNotifications() const { return Notifications; }
+
+private:
+	FSimulatedBlueprint* FindBlueprint(FZorvekMCPBridgeObjectHandle Handle) const;
+	FSimulatedBlueprints& GetModel() const;
+
+	FSimulatedEditor& Editor;
+	TArray<FString> Notifications;
+	int32 ValidationObjectCount = 0;
+};
