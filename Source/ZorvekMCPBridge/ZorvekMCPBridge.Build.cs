@@ -17,12 +17,14 @@ public class ZorvekMCPBridge : ModuleRules
 			"AssetRegistry",
 			"BlueprintGraph",
 			"HTTPServer",
+			"InputCore",
 			"Json",
 			"Settings",
 			"Slate",
 			"SlateCore",
 			"Sockets",
-			"ToolMenus"
+			"ToolMenus",
+			"UnrealEd"
 		});
 	}
 }

@@ -5,6 +5,8 @@
 #include "EdGraph/EdGraphSchema.h"
 #include "UObject/ObjectMacros.h"
 
+class UFunction;
+
 UCLASS()
 class UEdGraphSchema_K2 : public UEdGraphSchema
 {
@@ -37,4 +39,8 @@ public:
 	static const FName PSC_Self;
 	static const FName PSC_Index;
 	static const FName PSC_Bitmask;
+
+	static bool FunctionCanBePlacedAsEvent(const UFunction* InFunction);
+	static bool CanUserKismetCallFunction(const UFunction* Function);
+	static bool CanKismetOverrideFunction(const UFunction* Function);
 };

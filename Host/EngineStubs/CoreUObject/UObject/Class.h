@@ -1,6 +1,7 @@
 #pragma once
 
 #include "UObject/Object.h"
+#include "UObject/ObjectPtr.h"
 #include "UObject/TopLevelAssetPath.h"
 
 class FProperty;
@@ -23,10 +24,24 @@ public:
 	FTopLevelAssetPath GetStructPathName() const;
 };
 
+class UFunction;
+
+namespace EIncludeSuperFlag
+{
+	enum Type
+	{
+		ExcludeSuper,
+		IncludeSuper
+	};
+}
+
 class UClass : public UStruct
 {
 public:
 	EClassFlags ClassFlags;
+#if WITH_EDITORONLY_DATA
+	TObjectPtr<UObject> ClassGeneratedBy;
+#endif
 
 	UClass* GetSuperClass() const;
 	bool HasAnyClassFlags(EClassFlags FlagsToCheck) const;
@@ -35,6 +50,16 @@ public:
 	UObject* GetDefaultObject(bool bCreateIfNeeded = true) const;
 	template <class T> bool IsChildOf() const;
 	using UStruct::IsChildOf;
+	UFunction* FindFunctionByName(FName InName, EIncludeSuperFlag::Type IncludeSuper = EIncludeSuperFlag::IncludeSuper) const;
+	bool ImplementsInterface(const UClass* SomeInterface) const;
+};
+
+class UFunction : public UStruct
+{
+public:
+	FProperty* GetReturnProperty() const;
+	UClass* GetOuterUClass() const;
+	UFunction* GetSuperFunction() const;
 };
 
 class UScriptStruct : public UStruct

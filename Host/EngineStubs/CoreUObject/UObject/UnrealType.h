@@ -97,3 +97,33 @@ public:
 	bool IsValidIndex(int32 Index) const;
 	uint8* GetRawPtr(int32 Index = 0);
 };
+
+namespace EPropertyChangeType
+{
+	typedef uint32 Type;
+	const Type Unspecified = 1 << 0;
+	const Type ArrayAdd = 1 << 1;
+	const Type ArrayRemove = 1 << 2;
+	const Type ArrayClear = 1 << 3;
+	const Type ValueSet = 1 << 4;
+	const Type Duplicate = 1 << 5;
+	const Type Interactive = 1 << 6;
+	const Type Redirected = 1 << 7;
+	const Type ArrayMove = 1 << 8;
+	const Type ToggleEditable = 1 << 9;
+	const Type ResetToDefault = 1 << 10;
+}
+
+// The engine's constructor has a third, defaulted parameter (the top-level objects, a
+// TArrayView the compat layer does not have); nothing here passes it.
+struct FPropertyChangedEvent
+{
+	FPropertyChangedEvent(FProperty* InProperty, EPropertyChangeType::Type InChangeType = EPropertyChangeType::Unspecified);
+
+	FProperty* Property;
+	FProperty* MemberProperty;
+	EPropertyChangeType::Type ChangeType;
+
+	FName GetPropertyName() const;
+	FName GetMemberPropertyName() const;
+};

@@ -1,11 +1,16 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Containers/EnumAsByte.h"
+#include "Misc/Guid.h"
 #include "UObject/Object.h"
 #include "UObject/ObjectMacros.h"
 #include "UObject/WeakObjectPtrTemplates.h"
 
 struct FEdGraphPinType;
+class UEdGraph;
+class UEdGraphPin;
+class UEdGraphSchema;
 
 UENUM()
 enum EEdGraphPinDirection : int
@@ -30,4 +35,59 @@ struct FEdGraphTerminalType
 	bool bTerminalIsUObjectWrapper;
 
 	static FEdGraphTerminalType FromPinType(const FEdGraphPinType& PinType);
+};
+
+namespace ENodeTitleType
+{
+	enum Type : int
+	{
+		FullTitle,
+		ListView,
+		EditableTitle,
+		MenuTitle,
+		MAX_TitleTypes
+	};
+}
+
+enum class ENodeEnabledState : uint8
+{
+	Enabled,
+	Disabled,
+	DevelopmentOnly
+};
+
+UCLASS(MinimalAPI)
+class UEdGraphNode : public UObject
+{
+	GENERATED_BODY()
+
+public:
+	TArray<UEdGraphPin*> Pins;
+	int32 NodePosX;
+	int32 NodePosY;
+	int32 NodeWidth;
+	int32 NodeHeight;
+	FString NodeComment;
+	FGuid NodeGuid;
+#if WITH_EDITORONLY_DATA
+	uint8 bCanResizeNode : 1;
+	uint8 bCommentBubblePinned : 1;
+	uint8 bCommentBubbleVisible : 1;
+	uint8 bCommentBubbleMakeVisible : 1;
+	uint8 bCanRenameNode : 1;
+#endif
+
+	UEdGraphPin* FindPin(const FName PinName, const EEdGraphPinDirection Direction = EGPD_MAX) const;
+	bool RemovePin(UEdGraphPin* Pin);
+	void BreakAllNodeLinks(bool bAlwaysMarkDirty = true);
+	UEdGraph* GetGraph() const;
+	const UEdGraphSchema* GetSchema() const;
+	virtual void AllocateDefaultPins();
+	virtual void ReconstructNode();
+	virtual void DestroyNode();
+	virtual void PostPlacedNewNode();
+	virtual FText GetNodeTitle(ENodeTitleType::Type TitleType) const;
+	void CreateNewGuid();
+	bool IsNodeEnabled() const;
+	void SetEnabledState(ENodeEnabledState NewState, bool bUserAction = true);
 };

@@ -63,6 +63,15 @@ public:
 	TArray<UEdGraphPin*> SubPins;
 	UEdGraphPin* ParentPin;
 	FString PinToolTip;
+#if WITH_EDITORONLY_DATA
+	FText PinFriendlyName;
+	uint8 bHidden : 1;
+	uint8 bNotConnectable : 1;
+	uint8 bDefaultValueIsReadOnly : 1;
+	uint8 bDefaultValueIsIgnored : 1;
+	uint8 bAdvancedView : 1;
+	uint8 bOrphanedPin : 1;
+#endif
 
 	UEdGraphNode* GetOwningNode() const;
 	UEdGraphNode* GetOwningNodeUnchecked() const;

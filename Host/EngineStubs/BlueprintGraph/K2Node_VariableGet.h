@@ -1,0 +1,14 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "K2Node_Variable.h"
+#include "UObject/ObjectMacros.h"
+
+UCLASS(MinimalAPI)
+class UK2Node_VariableGet : public UK2Node_Variable
+{
+	GENERATED_BODY()
+
+public:
+	bool IsNodePure() const;
+};
