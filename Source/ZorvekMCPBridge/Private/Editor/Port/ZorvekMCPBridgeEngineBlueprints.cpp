@@ -299,15 +299,18 @@ bool FZorvekMCPBridgeEngineBlueprints::GetInterfaceFunctions(const FString& Inte
 		return false;
 	}
 	OutFunctions.Reset();
+	TSet<FName> Listed;
 	for (TFieldIterator<UFunction> It(InterfaceClass, EFieldIterationFlags::IncludeSuper); It; ++It)
 	{
 		const UFunction* Function = *It;
 		// ImplementNewInterface's split: a function that can be placed as an event is implemented by
 		// an event node, one that can only be overridden by a graph of its own. Functions that are
-		// neither cannot be implemented in a Blueprint and are left out.
+		// neither cannot be implemented in a Blueprint and are left out; a name the class has
+		// already given is not listed again for a super.
 		const bool bImplementedAsEvent = UEdGraphSchema_K2::FunctionCanBePlacedAsEvent(Function);
-		if (bImplementedAsEvent || UEdGraphSchema_K2::CanKismetOverrideFunction(Function))
+		if ((bImplementedAsEvent || UEdGraphSchema_K2::CanKismetOverrideFunction(Function)) && !Listed.Contains(Function->GetFName()))
 		{
+			Listed.Add(Function->GetFName());
 			FZorvekMCPBridgeInterfaceFunction Entry;
 			Entry.Name = Function->GetName();
 			Entry.bImplementedAsEvent = bImplementedAsEvent;
