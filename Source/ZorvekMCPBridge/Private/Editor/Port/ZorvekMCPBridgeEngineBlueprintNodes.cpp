@@ -25,6 +25,9 @@
 #include "UObject/Class.h"
 #include "UObject/UnrealType.h"
 
+// TSubclassOf::Get(), the class a TSubclassOf member holds: not in the reference notes; check
+// against the engine.
+
 namespace ZorvekMCPBridgeEngineBlueprintNodesLocal
 {
 	// Unset member references hold NAME_None, which tools report as no name at all.
@@ -112,6 +115,7 @@ namespace ZorvekMCPBridgeEngineBlueprintNodesLocal
 	void FillCommentData(const UEdGraphNode_Comment& Comment, FZorvekMCPBridgeNodeKindData& OutData)
 	{
 		OutData.CommentFontSize = Comment.FontSize;
+		// FLinearColor's channels: not in the reference notes; check against the engine.
 		OutData.CommentColor[0] = Comment.CommentColor.R;
 		OutData.CommentColor[1] = Comment.CommentColor.G;
 		OutData.CommentColor[2] = Comment.CommentColor.B;

@@ -24,6 +24,9 @@
 #include "UObject/UObjectGlobals.h"
 #include "UObject/UnrealType.h"
 
+// TSubclassOf::Get(), the class a TSubclassOf member holds: not in the reference notes; check
+// against the engine.
+
 // The port's enums carry the engine's values.
 static_assert((int32)EZorvekMCPBridgeBlueprintType::Interface == (int32)BPTYPE_Interface, "Blueprint type drift");
 static_assert((int32)EZorvekMCPBridgeBlueprintType::FunctionLibrary == (int32)BPTYPE_FunctionLibrary, "Blueprint type drift");
