@@ -10,12 +10,11 @@
 #endif
 
 // Not in the reference notes beyond GetThenPin: the abstract base of every Blueprint graph node.
-UCLASS(abstract, MinimalAPI)
+UCLASS()
 class UK2Node : public UEdGraphNode
 {
 	GENERATED_BODY()
 
 public:
 	UEdGraphPin* GetThenPin() const;
-	UEdGraphPin* GetExecPin() const;
 };

@@ -7,7 +7,7 @@
 
 class UFunction;
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UK2Node_CallFunction : public UK2Node
 {
 	GENERATED_BODY()

@@ -8,7 +8,7 @@
 class UEdGraph;
 class UFunction;
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UK2Node_CustomEvent : public UK2Node_Event
 {
 	GENERATED_BODY()

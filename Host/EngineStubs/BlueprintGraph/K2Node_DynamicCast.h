@@ -5,7 +5,7 @@
 #include "Templates/SubclassOf.h"
 #include "UObject/ObjectMacros.h"
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UK2Node_DynamicCast : public UK2Node
 {
 	GENERATED_BODY()

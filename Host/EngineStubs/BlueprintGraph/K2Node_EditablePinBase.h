@@ -18,7 +18,7 @@ struct FUserPinInfo
 	FString PinDefaultValue;
 };
 
-UCLASS(abstract, MinimalAPI)
+UCLASS(abstract)
 class UK2Node_EditablePinBase : public UK2Node
 {
 	GENERATED_BODY()

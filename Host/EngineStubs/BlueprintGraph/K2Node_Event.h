@@ -7,7 +7,7 @@
 
 class UFunction;
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UK2Node_Event : public UK2Node_EditablePinBase
 {
 	GENERATED_BODY()

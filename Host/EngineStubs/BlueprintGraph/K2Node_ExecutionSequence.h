@@ -4,7 +4,7 @@
 #include "K2Node.h"
 #include "UObject/ObjectMacros.h"
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UK2Node_ExecutionSequence : public UK2Node
 {
 	GENERATED_BODY()

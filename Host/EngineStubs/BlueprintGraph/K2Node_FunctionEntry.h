@@ -5,7 +5,7 @@
 #include "K2Node_FunctionTerminator.h"
 #include "UObject/ObjectMacros.h"
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UK2Node_FunctionEntry : public UK2Node_FunctionTerminator
 {
 	GENERATED_BODY()

@@ -4,7 +4,7 @@
 #include "K2Node_FunctionTerminator.h"
 #include "UObject/ObjectMacros.h"
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UK2Node_FunctionResult : public UK2Node_FunctionTerminator
 {
 	GENERATED_BODY()

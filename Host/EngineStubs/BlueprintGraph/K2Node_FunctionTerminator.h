@@ -6,7 +6,7 @@
 #include "UObject/ObjectMacros.h"
 
 // The reference notes name it as the base of the entry and result nodes, holding FunctionReference.
-UCLASS(abstract, MinimalAPI)
+UCLASS()
 class UK2Node_FunctionTerminator : public UK2Node_EditablePinBase
 {
 	GENERATED_BODY()

@@ -5,7 +5,7 @@
 #include "K2Node_Event.h"
 #include "UObject/ObjectMacros.h"
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UK2Node_InputAxisKeyEvent : public UK2Node_Event
 {
 	GENERATED_BODY()

@@ -5,7 +5,7 @@
 #include "K2Node.h"
 #include "UObject/ObjectMacros.h"
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UK2Node_InputKey : public UK2Node
 {
 	GENERATED_BODY()

@@ -7,7 +7,7 @@
 class UBlueprint;
 class UEdGraph;
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UK2Node_MacroInstance : public UK2Node_Tunnel
 {
 	GENERATED_BODY()

@@ -7,7 +7,7 @@
 
 class FProperty;
 
-UCLASS(abstract, MinimalAPI)
+UCLASS(abstract)
 class UK2Node_Variable : public UK2Node
 {
 	GENERATED_BODY()

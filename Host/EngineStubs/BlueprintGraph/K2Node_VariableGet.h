@@ -4,7 +4,7 @@
 #include "K2Node_Variable.h"
 #include "UObject/ObjectMacros.h"
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UK2Node_VariableGet : public UK2Node_Variable
 {
 	GENERATED_BODY()

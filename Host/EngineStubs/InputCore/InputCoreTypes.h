@@ -3,7 +3,7 @@
 #include "CoreMinimal.h"
 #include "UObject/ObjectMacros.h"
 
-USTRUCT(BlueprintType)
+USTRUCT()
 struct FKey
 {
 	GENERATED_USTRUCT_BODY()

@@ -5,7 +5,7 @@
 #include "UObject/ObjectMacros.h"
 
 // Not in the reference notes beyond its name and module; the base of every component class.
-UCLASS(DefaultToInstanced, BlueprintType, abstract, MinimalAPI)
+UCLASS()
 class UActorComponent : public UObject
 {
 	GENERATED_BODY()

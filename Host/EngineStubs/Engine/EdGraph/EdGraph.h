@@ -10,7 +10,7 @@
 
 class UEdGraphSchema;
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UEdGraph : public UObject
 {
 	GENERATED_BODY()

@@ -56,7 +56,7 @@ enum class ENodeEnabledState : uint8
 	DevelopmentOnly
 };
 
-UCLASS(MinimalAPI)
+UCLASS()
 class UEdGraphNode : public UObject
 {
 	GENERATED_BODY()

@@ -76,7 +76,7 @@ struct FBPInterfaceDescription
 	TArray<TObjectPtr<UEdGraph>> Graphs;
 };
 
-UCLASS(abstract, MinimalAPI)
+UCLASS()
 class UBlueprintCore : public UObject
 {
 	GENERATED_BODY()
@@ -88,7 +88,7 @@ public:
 	TSubclassOf<UObject> GeneratedClass;
 };
 
-UCLASS(config = Engine, MinimalAPI)
+UCLASS()
 class UBlueprint : public UBlueprintCore
 {
 	GENERATED_BODY()
