@@ -313,7 +313,8 @@ bool FSimulatedBlueprints::GetPinTypeFromProperty(const FSimulatedProperty& Prop
 		OutPinType.PinCategory = FName(TEXT("wildcard"));
 		return false;
 	}
-	OutPinType.bIsReference = (Property.Flags & SimulatedParameterFlags::ReferenceParm) != 0;
+	// As ConvertPropertyToPinType: a reference only when passed out by reference.
+	OutPinType.bIsReference = (Property.Flags & (SimulatedParameterFlags::OutParm | SimulatedParameterFlags::ReferenceParm)) == (SimulatedParameterFlags::OutParm | SimulatedParameterFlags::ReferenceParm);
 	OutPinType.bIsConst = (Property.Flags & SimulatedParameterFlags::ConstParm) != 0;
 	return true;
 }
@@ -735,6 +736,11 @@ void FSimulatedBlueprints::RegenerateClass(FSimulatedBlueprint& Blueprint, FSimu
 				}
 			}
 		};
+		if (Entry && Entry->Function && Entry->Data.UserPins.IsEmpty())
+		{
+			// Interface and override graphs take the signature they implement.
+			Function->Parameters = Entry->Function->Parameters;
+		}
 		AddParameters(Entry, 0);
 		AddParameters(Result, SimulatedParameterFlags::OutParm);
 		if (Result && !Result->Data.UserPins.IsEmpty())
