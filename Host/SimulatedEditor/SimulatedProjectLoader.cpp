@@ -1,8 +1,10 @@
 // Reads a project fixture into the simulated editor. The format is described in
 // SampleProject/README.md. Loading runs in phases so that entries may refer to each other in any
-// order within the fixture: types, then their properties, then objects, then values, then the
-// registry.
+// order within the fixture: types, then their properties and functions, then objects, then
+// values, then the contents of Blueprints (which may use any object), then the registry.
 #include "SimulatedEditor.h"
+
+#include "SimulatedBlueprintFixtures.h"
 
 #include "Dom/JsonValue.h"
 #include "EditorPort/ZorvekMCPBridgeReflectionPort.h"
@@ -129,6 +131,7 @@ class FSimulatedProjectLoader
 public:
 	explicit FSimulatedProjectLoader(FSimulatedEditor& InEditor)
 		: Editor(InEditor)
+		, BlueprintFixtures(InEditor.GetBlueprints())
 	{
 	}
 
@@ -167,7 +170,7 @@ public:
 
 	bool Load()
 	{
-		return CreateTypes() && AddProperties() && CreateObjects() && ImportValues() && RegisterAssets();
+		return CreateTypes() && AddProperties() && CreateObjects() && ImportValues() && BuildBlueprints() && RegisterAssets();
 	}
 
 	const FString& GetError() const { return Error; }
@@ -373,6 +376,26 @@ private:
 				return false;
 			}
 		}
+		// Functions for classes another file defines, after the class's own.
+		for (const FDocument& Document : Documents)
+		{
+			const TArray<TSharedPtr<FJsonValue>>& Entries = GetArray(Document.Json, TEXT("class_functions"));
+			for (int32 Index = 0; Index < Entries.Num(); ++Index)
+			{
+				const TSharedPtr<FJsonObject> Entry = Entries[Index]->AsObject();
+				const FString ClassPath = GetString(Entry, TEXT("class"));
+				const FString Where = Describe(Document.SourceName, TEXT("class_functions"), Index, ClassPath);
+				FSimulatedType* Class = Editor.FindTypeByPath(ClassPath);
+				if (!Class || Class->Kind != ESimulatedTypeKind::Class)
+				{
+					return Fail(Where, FString::Printf(TEXT("names class %s, which is not defined"), *ClassPath));
+				}
+				if (!AddFunctions(Class, Entry, Where))
+				{
+					return false;
+				}
+			}
+		}
 		// Subtypes were created before their supers had all their properties.
 		for (const std::unique_ptr<FSimulatedObject>& Object : Editor.Objects)
 		{
@@ -564,6 +587,11 @@ private:
 
 	bool CreateObject(const TSharedPtr<FJsonObject>& Json, FSimulatedObject* Outer, const FString& DefaultName, const FString& Where)
 	{
+		const TSharedPtr<FJsonObject>* BlueprintJson = nullptr;
+		if (Outer->IsPackage() && Json->TryGetObjectField(TEXT("blueprint"), BlueprintJson))
+		{
+			return CreateBlueprintAsset(Json, *BlueprintJson, Outer, DefaultName, Where);
+		}
 		const FString ClassPath = GetString(Json, TEXT("class"));
 		FSimulatedType* Class = Editor.FindTypeByPath(ClassPath);
 		if (!Class || Class->Kind != ESimulatedTypeKind::Class)
@@ -591,6 +619,38 @@ private:
 			if (!CreateObject(Subobject, Object, FString(), FString::Printf(TEXT("%s subobject %s"), *Where, *GetString(Subobject, TEXT("name")))))
 			{
 				return false;
+			}
+		}
+		return true;
+	}
+
+	// A Blueprint asset is made by the Blueprint editor's CreateBlueprint; its contents follow
+	// once every object of the fixture exists.
+	bool CreateBlueprintAsset(const TSharedPtr<FJsonObject>& Json, const TSharedPtr<FJsonObject>& BlueprintJson, FSimulatedObject* Package, const FString& Name, const FString& Where)
+	{
+		if (GetArray(Json, TEXT("subobjects")).Num() > 0)
+		{
+			return Fail(Where, TEXT("is a Blueprint, whose subobjects come from its blueprint entry"));
+		}
+		FString BlueprintError;
+		FSimulatedObject* Object = BlueprintFixtures.CreateBlueprint(Package, Name, BlueprintJson, BlueprintError);
+		if (!Object)
+		{
+			return Fail(Where, BlueprintError);
+		}
+		PendingValues.Add({Object, Json, Where});
+		PendingBlueprints.Add({Object, BlueprintJson, Where});
+		return true;
+	}
+
+	bool BuildBlueprints()
+	{
+		for (const FPendingObject& Pending : PendingBlueprints)
+		{
+			FString BlueprintError;
+			if (!BlueprintFixtures.BuildContents(Pending.Object, Pending.Json, BlueprintError))
+			{
+				return Fail(Pending.Where, BlueprintError);
 			}
 		}
 		return true;
@@ -694,11 +754,13 @@ private:
 	}
 
 	FSimulatedEditor& Editor;
+	FSimulatedBlueprintFixtures BlueprintFixtures;
 	TArray<FDocument> Documents;
 	TArray<FPendingObject> TypesWithProperties;
 	TArray<FPendingDefault> PendingDefaults;
 	TArray<FPendingObject> PendingValues;
 	TArray<FPendingObject> PendingAssets;
+	TArray<FPendingObject> PendingBlueprints;
 	TArray<FZorvekMCPBridgeAssetData> RegistryOnlyEntries;
 	FString Error;
 };

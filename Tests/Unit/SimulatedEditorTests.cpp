@@ -165,17 +165,21 @@ TEST(SimulatedEditorRegistry, FiltersByFolderAndClassAsTheEngineDoes)
 	Filter.PackagePaths = {TEXT("/Game")};
 	EXPECT_TRUE(Enumerate(*Port, Filter).empty());
 	Filter.bRecursivePaths = true;
-	// Every entry, and the loaded asset that has none.
-	EXPECT_EQ(Enumerate(*Port, Filter).size(), Port->GetEditor().GetRegistry().size() + 1);
+	// Every project entry (engine content lives under /Engine), and the loaded asset that has none.
+	const size_t GameEntries = (size_t)std::count_if(Port->GetEditor().GetRegistry().begin(), Port->GetEditor().GetRegistry().end(), [](const FZorvekMCPBridgeAssetData& Asset)
+	{
+		return Asset.PackageName.StartsWith(TEXT("/Game/"));
+	});
+	EXPECT_EQ(Enumerate(*Port, Filter).size(), GameEntries + 1);
 
 	Filter.PackagePaths = {TEXT("/Game/Mat")};
 	EXPECT_TRUE(Enumerate(*Port, Filter).empty());
 
 	Filter.PackagePaths = {TEXT("/Game")};
 	Filter.ClassPaths = {TEXT("/Script/Engine.Blueprint")};
-	EXPECT_EQ(Enumerate(*Port, Filter), (std::vector<std::string>{"BP_Hero", "BP_Companion", "BP_Retired"}));
+	EXPECT_EQ(Enumerate(*Port, Filter), (std::vector<std::string>{"BP_Hero", "BP_Companion", "BPI_Interactable", "BP_Showcase", "BP_NoParent", "BP_Retired"}));
 	Filter.bRecursiveClasses = true;
-	EXPECT_EQ(Enumerate(*Port, Filter), (std::vector<std::string>{"BP_Hero", "WBP_HeroHUD", "BP_Companion", "BP_Retired"}));
+	EXPECT_EQ(Enumerate(*Port, Filter), (std::vector<std::string>{"BP_Hero", "WBP_HeroHUD", "BP_Companion", "BPI_Interactable", "BP_Showcase", "BP_NoParent", "BP_Retired"}));
 
 	Filter.ClassPaths = {TEXT("/Script/Engine.MaterialInterface")};
 	EXPECT_EQ(Enumerate(*Port, Filter), (std::vector<std::string>{"M_Rock", "MI_Rock_Wet", "MI_Rock_Plain", "M_Emissive", "M_Broken"}));
