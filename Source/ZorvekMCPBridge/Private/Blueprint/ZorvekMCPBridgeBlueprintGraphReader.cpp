@@ -56,11 +56,54 @@ namespace
 		return FString::Printf(TEXT("%s='%s'"), *Pin.PinName.ToString(), *Pin.DefaultValue);
 	}
 
-	// The graph being read and its Blueprint.
+	bool IsSameReaderPinType(const FZorvekMCPBridgePinType& A, const FZorvekMCPBridgePinType& B)
+	{
+		return A.ContainerType == B.ContainerType && A.PinCategory == B.PinCategory && A.PinSubCategory == B.PinSubCategory
+			&& A.PinSubCategoryObject.PathName == B.PinSubCategoryObject.PathName && A.PinValueType.TerminalCategory == B.PinValueType.TerminalCategory
+			&& A.PinValueType.TerminalSubCategory == B.PinValueType.TerminalSubCategory && A.PinValueType.TerminalSubCategoryObject.PathName == B.PinValueType.TerminalSubCategoryObject.PathName;
+	}
+
+	// A graph has few distinct pin types but thousands of pins: each type's "type" object and
+	// text are made once and the object shared by every pin of that type (the reply is only
+	// written, never changed).
+	class FReaderPinTypeCache
+	{
+	public:
+		struct FEntry
+		{
+			FZorvekMCPBridgePinType PinType;
+			TSharedPtr<FJsonObject> TypeJson;
+			FString TypeString;
+			FString ContainerWord;
+		};
+
+		const FEntry& Find(const FZorvekMCPBridgePinType& PinType)
+		{
+			for (const FEntry& Entry : Entries)
+			{
+				if (IsSameReaderPinType(Entry.PinType, PinType))
+				{
+					return Entry;
+				}
+			}
+			FEntry& Entry = Entries[Entries.AddDefaulted()];
+			Entry.PinType = PinType;
+			Entry.TypeJson = ZorvekMCPBridgePinTypes::MakePinTypeJson(PinType);
+			Entry.TypeString = ZorvekMCPBridgePinTypes::DescribePinType(PinType);
+			Entry.ContainerWord = ZorvekMCPBridgePinTypes::GetContainerTypeWord(PinType.ContainerType);
+			return Entry;
+		}
+
+	private:
+		TArray<FEntry> Entries;
+	};
+
+	// The graph being read, its Blueprint, and the pin types met so far.
 	struct FGraphReaderContext
 	{
 		const FZorvekMCPBridgeBlueprintSnapshot& Blueprint;
 		const FZorvekMCPBridgeGraphSnapshot& Graph;
+		FReaderPinTypeCache& PinTypes;
 	};
 
 	// Where an interface function or event is implemented: the interface, the node and its graph.
@@ -395,18 +438,19 @@ namespace
 		}
 	}
 
-	TSharedPtr<FJsonObject> MakePinDetailJson(const FZorvekMCPBridgeGraphPinSnapshot& GraphPin)
+	TSharedPtr<FJsonObject> MakePinDetailJson(FReaderPinTypeCache& PinTypes, const FZorvekMCPBridgeGraphPinSnapshot& GraphPin)
 	{
 		const FZorvekMCPBridgePinSnapshot& Pin = GraphPin.Pin;
+		const FReaderPinTypeCache::FEntry& Type = PinTypes.Find(Pin.PinType);
 		TSharedPtr<FJsonObject> Json = MakeShared<FJsonObject>();
 		Json->SetStringField(TEXT("name"), Pin.PinName.ToString());
 		Json->SetStringField(TEXT("direction"), Pin.Direction == EZorvekMCPBridgePinDirection::Output ? TEXT("output") : TEXT("input"));
 		Json->SetStringField(TEXT("category"), Pin.PinType.PinCategory.ToString());
 		Json->SetStringField(TEXT("subcategory"), Pin.PinType.PinSubCategory.ToString());
 		Json->SetStringField(TEXT("subcategory_object"), Pin.PinType.PinSubCategoryObject.PathName);
-		Json->SetStringField(TEXT("container_type"), ZorvekMCPBridgePinTypes::GetContainerTypeWord(Pin.PinType.ContainerType));
-		Json->SetStringField(TEXT("type_string"), ZorvekMCPBridgePinTypes::DescribePinType(Pin.PinType));
-		Json->SetObjectField(TEXT("type"), ZorvekMCPBridgePinTypes::MakePinTypeJson(Pin.PinType));
+		Json->SetStringField(TEXT("container_type"), Type.ContainerWord);
+		Json->SetStringField(TEXT("type_string"), Type.TypeString);
+		Json->SetObjectField(TEXT("type"), Type.TypeJson);
 		Json->SetStringField(TEXT("default_value"), Pin.DefaultValue);
 		Json->SetBoolField(TEXT("has_default_value"), !Pin.DefaultValue.IsEmpty());
 		FReaderJsonArray LinkedTo;
@@ -429,7 +473,7 @@ namespace
 		for (const FZorvekMCPBridgeGraphPinSnapshot& Pin : Node.Pins)
 		{
 			PinTokens.Add(MakePinToken(Pin.Pin));
-			AddReaderObject(PinDetails, MakePinDetailJson(Pin));
+			AddReaderObject(PinDetails, MakePinDetailJson(Context.PinTypes, Pin));
 		}
 		const FString JoinedTokens = FString::Join(PinTokens, TEXT(","));
 		Text += FString::Printf(TEXT("%s\t%s\t%s\n"), *Node.NodeGuid, *Node.Title, *JoinedTokens);
@@ -731,7 +775,8 @@ int32 ZorvekMCPBridgeBlueprintGraphReader::CountEventParameters(const FZorvekMCP
 ZorvekMCPBridgeBlueprintGraphReader::FGraphReading ZorvekMCPBridgeBlueprintGraphReader::ReadGraph(IZorvekMCPBridgeEditorPort& Port, const FZorvekMCPBridgeBlueprintSnapshot& Blueprint,
 	const FZorvekMCPBridgeGraphSnapshot& Graph)
 {
-	const FGraphReaderContext Context{Blueprint, Graph};
+	FReaderPinTypeCache PinTypes;
+	const FGraphReaderContext Context{Blueprint, Graph, PinTypes};
 	const TCHAR* GraphType = GetReaderGraphType(Graph);
 	const FString ParentClassName = Blueprint.ParentClassPath.IsEmpty() ? FString(TEXT("None")) : Blueprint.ParentClassName;
 
