@@ -72,7 +72,14 @@ namespace
 
 		bool Build(const TSharedPtr<FJsonObject>& Json)
 		{
-			return AddVariables(Json) && AddInterfaces(Json) && AddFunctions(Json) && AddMacros(Json) && AddComponents(Json) && FillGraphs(Json);
+			if (!AddVariables(Json) || !AddInterfaces(Json) || !AddFunctions(Json) || !AddMacros(Json) || !AddComponents(Json))
+			{
+				return false;
+			}
+			// Members first, compiled, then the graphs: as in the editor, calls of the Blueprint's
+			// own functions are placed once its class has them.
+			Blueprints.Compile(Blueprint);
+			return FillGraphs(Json);
 		}
 
 	private:
@@ -382,7 +389,7 @@ namespace
 			}
 			if (ClassPath == TEXT("self"))
 			{
-				for (const FSimulatedType* Class : {Blueprint.SkeletonClass, Blueprint.GeneratedClass})
+				for (const FSimulatedType* Class : {Blueprint.GeneratedClass, Blueprint.SkeletonClass})
 				{
 					if (const FSimulatedFunction* Function = Class ? Class->FindFunction(FunctionName) : nullptr)
 					{

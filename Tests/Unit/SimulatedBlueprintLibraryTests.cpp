@@ -276,6 +276,16 @@ TEST(SimulatedBlueprintLibrary, SampleBlueprintsAreHeldAsTheEditorWouldHoldThem)
 		}
 	}
 	EXPECT_EQ(BeginPlayNodes, 1);
+	// A call of the Blueprint's own function is a self-context call on its generated class.
+	const FZorvekMCPBridgeNodeSnapshot* OwnCall = nullptr;
+	for (const FZorvekMCPBridgeNodeSnapshot& Node : FindGraph(Showcase, TEXT("EventGraph"))->Nodes)
+	{
+		OwnCall = Node.Kind == EZorvekMCPBridgeNodeKind::FunctionCall && Node.Data.MemberName == TEXT("ApplyDamage") ? &Node : OwnCall;
+	}
+	ASSERT_NE(OwnCall, nullptr);
+	EXPECT_TRUE(OwnCall->Data.bSelfContext);
+	EXPECT_EQ(S(OwnCall->Data.FunctionPath), "/Game/Blueprints/BP_Showcase.BP_Showcase_C:ApplyDamage");
+	EXPECT_EQ(S(OwnCall->Title), "Apply Damage\nTarget is BP Showcase");
 
 	// The first scene component placed as a root replaced DefaultSceneRoot; the tree is depth first.
 	std::vector<std::string> Components;
@@ -288,6 +298,9 @@ TEST(SimulatedBlueprintLibrary, SampleBlueprintsAreHeldAsTheEditorWouldHoldThem)
 	FString MeshText;
 	Port->GetReflection().FindProperty(Showcase.Components[0].Template, TEXT("StaticMesh")).ExportText(MeshText);
 	EXPECT_EQ(S(MeshText), "/Script/Engine.StaticMesh'/Engine/BasicShapes/Cube.Cube'");
+	FString MaterialsText;
+	Port->GetReflection().FindProperty(Showcase.Components[0].Template, TEXT("OverrideMaterials")).ExportText(MaterialsText);
+	EXPECT_EQ(S(MaterialsText), "(\"/Script/Engine.Material'/Game/Materials/M_Rock.M_Rock'\")");
 
 	// Only the interface functions with outputs became graphs.
 	ASSERT_EQ(Showcase.ImplementedInterfaces.Num(), 1);
