@@ -1,5 +1,7 @@
 #include "SimulatedEditor.h"
 
+#include "SimulatedBlueprint.h"
+
 #include "EditorPort/ZorvekMCPBridgeObjectHandle.h"
 #include "EditorPort/ZorvekMCPBridgeReflectionPort.h"
 #include "Misc/Paths.h"
@@ -155,6 +157,7 @@ void FSimulatedType::RebuildPropertyList()
 }
 
 FSimulatedEditor::FSimulatedEditor()
+	: Blueprints(std::make_unique<FSimulatedBlueprints>(*this))
 {
 	FString Ignored;
 	ObjectClass = AddType(ESimulatedTypeKind::Class, TEXT("/Script/CoreUObject.Object"), nullptr, Ignored);
@@ -517,8 +520,10 @@ std::vector<const FSimulatedObject*> FSimulatedEditor::GetUnregisteredLoadedAsse
 	std::vector<const FSimulatedObject*> Assets;
 	for (const std::unique_ptr<FSimulatedObject>& Object : Objects)
 	{
-		// Top-level objects of content packages; a package that failed to load holds nothing.
-		if (!Object->Outer || !Object->Outer->IsPackage() || !Object->bLoadable || dynamic_cast<const FSimulatedType*>(Object.get()) || Object->Outer->Name.StartsWith(TEXT("/Script/")))
+		// Top-level objects of content packages; a package that failed to load holds nothing. Class
+		// default objects (Default__BP_Door_C beside a Blueprint) are no assets (UObject::IsAsset).
+		if (!Object->Outer || !Object->Outer->IsPackage() || !Object->bLoadable || dynamic_cast<const FSimulatedType*>(Object.get()) || Object->Outer->Name.StartsWith(TEXT("/Script/"))
+			|| Object->Name.StartsWith(TEXT("Default__"), ESearchCase::CaseSensitive))
 		{
 			continue;
 		}

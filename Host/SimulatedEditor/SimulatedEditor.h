@@ -15,8 +15,17 @@
 #include <unordered_map>
 #include <vector>
 
+class FSimulatedBlueprints;
 class FSimulatedObject;
 class FSimulatedType;
+struct FSimulatedVessaState;
+
+// One entry of the undo history: a transaction that recorded at least one change.
+struct FSimulatedTransaction
+{
+	FString Title;
+	int32 RecordedChanges = 0;
+};
 
 enum class ESimulatedPropertyType : uint8
 {
@@ -316,9 +325,23 @@ public:
 	// Checks a template against a class's properties; false with the reason.
 	bool ValidateCaption(const FSimulatedType& Class, const FString& Template, FString& OutError) const;
 
+	// Undo transactions (SimulatedFunctions.cpp), as FScopedTransaction drives them: nested ones
+	// merge into the outermost, a change counts only inside one (Modify on a transactional
+	// object), and a transaction that recorded nothing is dropped when it ends.
+	void BeginTransaction(const FString& Title);
+	void EndTransaction();
+	void RecordTransactionalChange();
+	const std::vector<FSimulatedTransaction>& GetUndoBuffer() const { return UndoBuffer; }
+
+	// The class defaults of Vessa extension classes and their live instances (SimulatedFunctions.h).
+	FSimulatedVessaState& GetVessaState();
+
 	// The core classes every object model needs.
 	FSimulatedType* GetObjectClass() const { return ObjectClass; }
 	FSimulatedType* GetClassClass() const { return ClassClass; }
+
+	// The Blueprints of this editor and the Blueprint editor's operations (SimulatedBlueprint.h).
+	FSimulatedBlueprints& GetBlueprints() const { return *Blueprints; }
 
 private:
 	friend class FSimulatedProjectLoader;
@@ -340,6 +363,10 @@ private:
 	std::unordered_multimap<std::u16string, size_t> RegistryByPackage;
 	FString ProjectName;
 	FString SavedPackagesDirectory;
+	std::vector<FSimulatedTransaction> UndoBuffer;
+	int32 TransactionDepth = 0;
+	FSimulatedTransaction OpenTransaction;
+	std::shared_ptr<FSimulatedVessaState> VessaState;
 
 	FSimulatedType* ObjectClass = nullptr;
 	FSimulatedType* ClassClass = nullptr;
@@ -347,6 +374,7 @@ private:
 	FSimulatedType* EnumClass = nullptr;
 	FSimulatedType* PackageClass = nullptr;
 	FSimulatedType* BlueprintGeneratedClassClass = nullptr;
+	std::unique_ptr<FSimulatedBlueprints> Blueprints;
 };
 
 // The fixture the host serves unless --project names another.

@@ -628,6 +628,8 @@ FSimulatedEditorPort::FSimulatedEditorPort(const TSharedPtr<FSimulatedEditor>& I
 	, Reflection(MakeUnique<FReflection>(*InEditor))
 	, Materials(MakeUnique<FMaterials>(*InEditor, *this))
 	, AssetAuthoring(MakeUnique<FSimulatedAssetAuthoring>(*InEditor, *Objects))
+	, Blueprints(MakeUnique<FSimulatedBlueprintPort>(*InEditor))
+	, Functions(MakeUnique<FSimulatedFunctions>(*InEditor, *AssetAuthoring))
 {
 }
 
@@ -666,6 +668,16 @@ FSimulatedMaterialAuthoring& FSimulatedEditorPort::GetSimulatedMaterialAuthoring
 IZorvekMCPBridgeAssetAuthoring& FSimulatedEditorPort::GetAssetAuthoring()
 {
 	return *AssetAuthoring;
+}
+
+IZorvekMCPBridgeBlueprints& FSimulatedEditorPort::GetBlueprints()
+{
+	return *Blueprints;
+}
+
+IZorvekMCPBridgeFunctions& FSimulatedEditorPort::GetFunctions()
+{
+	return *Functions;
 }
 
 FZorvekMCPBridgeObjectHandle FSimulatedEditorPort::ToHandle(const FSimulatedObject* Object)

@@ -5,7 +5,9 @@
 #include "CoreMinimal.h"
 #include "EditorPort/ZorvekMCPBridgeEditorPort.h"
 #include "SimulatedAssetAuthoring.h"
+#include "SimulatedBlueprintPort.h"
 #include "SimulatedEditor.h"
+#include "SimulatedFunctions.h"
 #include "SimulatedMaterialAuthoring.h"
 
 class FSimulatedEditorPort : public IZorvekMCPBridgeEditorPort
@@ -21,7 +23,11 @@ public:
 	IZorvekMCPBridgeReflection& GetReflection() override;
 	IZorvekMCPBridgeMaterials& GetMaterials() override;
 	IZorvekMCPBridgeAssetAuthoring& GetAssetAuthoring() override;
+	IZorvekMCPBridgeBlueprints& GetBlueprints() override;
+	FSimulatedBlueprintPort& GetSimulatedBlueprints() const { return *Blueprints; }
 	FSimulatedAssetAuthoring& GetSimulatedAssetAuthoring() const { return *AssetAuthoring; }
+	IZorvekMCPBridgeFunctions& GetFunctions() override;
+	FSimulatedFunctions& GetSimulatedFunctions() const { return *Functions; }
 
 	FSimulatedMaterialAuthoring& GetSimulatedMaterialAuthoring() const;
 	FSimulatedEditor& GetEditor() const { return *Editor; }
@@ -42,6 +48,8 @@ private:
 	TUniquePtr<FReflection> Reflection;
 	TUniquePtr<FMaterials> Materials;
 	TUniquePtr<FSimulatedAssetAuthoring> AssetAuthoring;
+	TUniquePtr<FSimulatedBlueprintPort> Blueprints;
+	TUniquePtr<FSimulatedFunctions> Functions;
 };
 
 // The host's choice of project: loads the fixture at FilePath (the sample project when empty)

@@ -3,6 +3,8 @@
 #include "CoreMinimal.h"
 #include "EditorPort/ZorvekMCPBridgeAssetAuthoringPort.h"
 #include "EditorPort/ZorvekMCPBridgeAssetRegistryPort.h"
+#include "EditorPort/ZorvekMCPBridgeBlueprintPort.h"
+#include "EditorPort/ZorvekMCPBridgeFunctionPort.h"
 #include "EditorPort/ZorvekMCPBridgeMaterialPort.h"
 #include "EditorPort/ZorvekMCPBridgeObjectHandle.h"
 #include "EditorPort/ZorvekMCPBridgeObjectPort.h"
@@ -26,6 +28,8 @@ public:
 	virtual IZorvekMCPBridgeReflection& GetReflection() = 0;
 	virtual IZorvekMCPBridgeMaterials& GetMaterials() = 0;
 	virtual IZorvekMCPBridgeAssetAuthoring& GetAssetAuthoring() = 0;
+	virtual IZorvekMCPBridgeBlueprints& GetBlueprints() = 0;
+	virtual IZorvekMCPBridgeFunctions& GetFunctions() = 0;
 };
 
 // Creates the port of this build: defined once by the editor build (Editor/Port/) and once by

@@ -110,6 +110,26 @@ public:
 	void MarkModified(FZorvekMCPBridgeObjectHandle Blueprint) override;
 };
 
+class FZorvekMCPBridgeEngineFunctions : public IZorvekMCPBridgeFunctions
+{
+public:
+	bool GetClassFunctions(const FString& ClassPath, const TArray<FString>& MetaDataKeys, TArray<FZorvekMCPBridgeFunctionInfo>& OutFunctions) const override;
+	bool FindFunction(const FString& ClassPath, const FString& FunctionName, const TArray<FString>& MetaDataKeys, FZorvekMCPBridgeFunctionInfo& OutFunction) const override;
+	TUniquePtr<IZorvekMCPBridgeParameterBlock> CreateParameterBlock(const FString& ClassPath, const FString& FunctionName) override;
+	void CallFunction(FZorvekMCPBridgeObjectHandle Object, IZorvekMCPBridgeParameterBlock& Block) override;
+	TUniquePtr<IZorvekMCPBridgeTransaction> BeginTransaction(const FText& Title) override;
+	TArray<FString> GetLoadedDerivedClasses(const FString& BaseClassPath) const override;
+	FString GetClassDisplayName(const FString& ClassPath) const override;
+	bool IsAssetRegistryLoading() const override;
+	TArray<FZorvekMCPBridgeUtilityBlueprintInfo> GetEditorUtilityBlueprints() const override;
+	bool LoadBlueprintGeneratedClass(const FString& BlueprintObjectPath, FString& OutClassPath) override;
+	FZorvekMCPBridgeObjectHandle CreateExtensionInstance(const FString& ClassPath) override;
+	void ReleaseExtensionInstances() override;
+	bool IsValidExtension(FZorvekMCPBridgeObjectHandle Extension) const override;
+	bool GetExtensionDefinition(FZorvekMCPBridgeObjectHandle Extension, FZorvekMCPBridgeVessaDefinitionData& OutDefinition) const override;
+	bool IsExtensionEnabled(FZorvekMCPBridgeObjectHandle Extension) const override;
+};
+
 class FZorvekMCPBridgeEngineEditorPort : public IZorvekMCPBridgeEditorPort
 {
 public:
@@ -121,6 +141,7 @@ public:
 	IZorvekMCPBridgeMaterials& GetMaterials() override { return Materials; }
 	IZorvekMCPBridgeAssetAuthoring& GetAssetAuthoring() override { return AssetAuthoring; }
 	IZorvekMCPBridgeBlueprints& GetBlueprints() override { return Blueprints; }
+	IZorvekMCPBridgeFunctions& GetFunctions() override { return Functions; }
 
 	static UObject* ToObject(FZorvekMCPBridgeObjectHandle Handle);
 	static FZorvekMCPBridgeObjectHandle ToHandle(const UObject* Object);
@@ -132,4 +153,5 @@ private:
 	FZorvekMCPBridgeEngineMaterials Materials;
 	FZorvekMCPBridgeEngineAssetAuthoring AssetAuthoring;
 	FZorvekMCPBridgeEngineBlueprints Blueprints;
+	FZorvekMCPBridgeEngineFunctions Functions;
 };
