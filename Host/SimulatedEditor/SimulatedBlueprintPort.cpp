@@ -1,5 +1,6 @@
 #include "SimulatedBlueprintPort.h"
 
+#include "SimulatedAssetAuthoring.h"
 #include "SimulatedBlueprint.h"
 #include "SimulatedEditor.h"
 #include "SimulatedEditorPort.h"
@@ -43,9 +44,18 @@ namespace
 
 }
 
-FSimulatedBlueprintPort::FSimulatedBlueprintPort(FSimulatedEditor& InEditor)
+FSimulatedBlueprintPort::FSimulatedBlueprintPort(FSimulatedEditor& InEditor, FSimulatedAssetAuthoring& InAssetAuthoring)
 	: Editor(InEditor)
+	, AssetAuthoring(InAssetAuthoring)
 {
+}
+
+void FSimulatedBlueprintPort::DirtyPackageIfModified(const FSimulatedBlueprint* Blueprint)
+{
+	if (Blueprint && Blueprint->Status == EZorvekMCPBridgeBlueprintStatus::Dirty)
+	{
+		AssetAuthoring.MarkPackageDirty(FSimulatedEditorPort::ToHandle(Blueprint->Object));
+	}
 }
 
 FSimulatedBlueprints& FSimulatedBlueprintPort::GetModel() const
@@ -212,7 +222,9 @@ FZorvekMCPBridgeObjectHandle FSimulatedBlueprintPort::CreateBlueprint(FZorvekMCP
 bool FSimulatedBlueprintPort::AddMemberVariable(FZorvekMCPBridgeObjectHandle Handle, const FName& VarName, const FZorvekMCPBridgePinType& PinType, const FString& DefaultValue)
 {
 	FSimulatedBlueprint* Blueprint = FindBlueprint(Handle);
-	return Blueprint && GetModel().AddMemberVariable(*Blueprint, VarName, PinType, DefaultValue);
+	const bool bAdded = Blueprint && GetModel().AddMemberVariable(*Blueprint, VarName, PinType, DefaultValue);
+	DirtyPackageIfModified(bAdded ? Blueprint : nullptr);
+	return bAdded;
 }
 
 void FSimulatedBlueprintPort::SetVariableCategory(FZorvekMCPBridgeObjectHandle Handle, const FName& VarName, const FString& Category)
@@ -220,6 +232,7 @@ void FSimulatedBlueprintPort::SetVariableCategory(FZorvekMCPBridgeObjectHandle H
 	if (FSimulatedBlueprint* Blueprint = FindBlueprint(Handle))
 	{
 		GetModel().SetVariableCategory(*Blueprint, VarName, Category);
+		DirtyPackageIfModified(Blueprint);
 	}
 }
 
@@ -236,6 +249,7 @@ FZorvekMCPBridgeFunctionGraphResult FSimulatedBlueprintPort::CreateFunctionGraph
 		return Result;
 	}
 	Result.GraphName = Graph->GetName();
+	DirtyPackageIfModified(Blueprint);
 	FSimulatedNode* Entry = Graph->FindNodeOfClass(TEXT("K2Node_FunctionEntry"));
 	if (!Entry)
 	{
@@ -262,7 +276,9 @@ FZorvekMCPBridgeFunctionGraphResult FSimulatedBlueprintPort::CreateFunctionGraph
 bool FSimulatedBlueprintPort::CreateEventGraph(FZorvekMCPBridgeObjectHandle Handle, const FString& GraphName)
 {
 	FSimulatedBlueprint* Blueprint = FindBlueprint(Handle);
-	return Blueprint && GetModel().AddUbergraphPage(*Blueprint, GetModel().CreateNewGraph(*Blueprint, GraphName)) != nullptr;
+	const bool bCreated = Blueprint && GetModel().AddUbergraphPage(*Blueprint, GetModel().CreateNewGraph(*Blueprint, GraphName)) != nullptr;
+	DirtyPackageIfModified(bCreated ? Blueprint : nullptr);
+	return bCreated;
 }
 
 FString FSimulatedBlueprintPort::AddCustomEvent(FZorvekMCPBridgeObjectHandle Handle, const FString& GraphName, const FString& EventName, bool bCallInEditor,
@@ -298,6 +314,7 @@ bool FSimulatedBlueprintPort::ImplementInterface(FZorvekMCPBridgeObjectHandle Ha
 	{
 		Notifications.Add(Message);
 	}
+	DirtyPackageIfModified(bImplemented ? Blueprint : nullptr);
 	return bImplemented;
 }
 
@@ -384,6 +401,7 @@ void FSimulatedBlueprintPort::MarkStructurallyModified(FZorvekMCPBridgeObjectHan
 	if (FSimulatedBlueprint* Blueprint = FindBlueprint(Handle))
 	{
 		GetModel().MarkStructurallyModified(*Blueprint);
+		DirtyPackageIfModified(Blueprint);
 	}
 }
 
@@ -392,5 +410,6 @@ void FSimulatedBlueprintPort::MarkModified(FZorvekMCPBridgeObjectHandle Handle)
 	if (FSimulatedBlueprint* Blueprint = FindBlueprint(Handle))
 	{
 		GetModel().MarkModified(*Blueprint);
+		DirtyPackageIfModified(Blueprint);
 	}
 }

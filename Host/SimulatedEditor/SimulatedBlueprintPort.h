@@ -4,6 +4,7 @@
 #include "CoreMinimal.h"
 #include "EditorPort/ZorvekMCPBridgeBlueprintPort.h"
 
+class FSimulatedAssetAuthoring;
 class FSimulatedEditor;
 class FSimulatedBlueprints;
 struct FSimulatedBlueprint;
@@ -11,7 +12,8 @@ struct FSimulatedBlueprint;
 class FSimulatedBlueprintPort : public IZorvekMCPBridgeBlueprints
 {
 public:
-	explicit FSimulatedBlueprintPort(FSimulatedEditor& InEditor);
+	// Packages are dirtied through the asset authoring port, which keeps the dirty flags.
+	FSimulatedBlueprintPort(FSimulatedEditor& InEditor, FSimulatedAssetAuthoring& InAssetAuthoring);
 
 	bool ReadBlueprint(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeBlueprintSnapshot& OutSnapshot) const override;
 	bool IsGraphNameUnique(FZorvekMCPBridgeObjectHandle Blueprint, const FString& Name) const override;
@@ -42,8 +44,11 @@ public:
 private:
 	FSimulatedBlueprint* FindBlueprint(FZorvekMCPBridgeObjectHandle Handle) const;
 	FSimulatedBlueprints& GetModel() const;
+	// MarkBlueprintAsModified dirties the package: done after each edit that left the Blueprint Dirty.
+	void DirtyPackageIfModified(const FSimulatedBlueprint* Blueprint);
 
 	FSimulatedEditor& Editor;
+	FSimulatedAssetAuthoring& AssetAuthoring;
 	TArray<FString> Notifications;
 	int32 ValidationObjectCount = 0;
 };

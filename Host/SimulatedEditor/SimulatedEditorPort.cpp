@@ -628,7 +628,7 @@ FSimulatedEditorPort::FSimulatedEditorPort(const TSharedPtr<FSimulatedEditor>& I
 	, Reflection(MakeUnique<FReflection>(*InEditor))
 	, Materials(MakeUnique<FMaterials>(*InEditor, *this))
 	, AssetAuthoring(MakeUnique<FSimulatedAssetAuthoring>(*InEditor, *Objects))
-	, Blueprints(MakeUnique<FSimulatedBlueprintPort>(*InEditor))
+	, Blueprints(MakeUnique<FSimulatedBlueprintPort>(*InEditor, *AssetAuthoring))
 	, Functions(MakeUnique<FSimulatedFunctions>(*InEditor, *AssetAuthoring))
 {
 }

@@ -325,6 +325,25 @@ TEST(SimulatedBlueprintModel, StatusFollowsModificationsAndCompiles)
 	EXPECT_EQ(Blueprint.GeneratedClass->FindPropertyIndex(TEXT("Later")), INDEX_NONE);
 }
 
+// unreal-behaviour-blueprints.md §5.1: MarkBlueprintAsModified dirties the package; creating a
+// Blueprint leaves that to the caller (§1.1 step 8), and a refused edit dirties nothing.
+TEST(SimulatedBlueprintModel, PortEditsDirtyThePackageOnlyWhenTheyChangeSomething)
+{
+	const TSharedPtr<FSimulatedEditorPort> Port = LoadBlueprintProject();
+	IZorvekMCPBridgeBlueprints& Blueprints = Port->GetBlueprints();
+	const FZorvekMCPBridgeObjectHandle Package = FSimulatedEditorPort::ToHandle(Port->GetEditor().FindOrCreatePackage(TEXT("/Game/Tests/BP_Dirty")));
+	const FZorvekMCPBridgeObjectHandle Blueprint = Blueprints.CreateBlueprint(Package, TEXT("BP_Dirty"), TEXT("/Script/Engine.Actor"), EZorvekMCPBridgeBlueprintType::Normal);
+	ASSERT_TRUE(Blueprint.IsValid());
+	EXPECT_FALSE(Port->GetSimulatedAssetAuthoring().IsPackageDirty(TEXT("/Game/Tests/BP_Dirty")));
+	EXPECT_FALSE(Blueprints.CreateBlueprint(Package, TEXT("BP_Other"), TEXT("/Script/Engine.NoSuchClass"), EZorvekMCPBridgeBlueprintType::Normal).IsValid());
+
+	FZorvekMCPBridgePinType IntType = PinTypeOf(TEXT("int"));
+	EXPECT_FALSE(Blueprints.AddMemberVariable(Blueprint, FName(TEXT("Tags")), IntType, TEXT("")));
+	EXPECT_FALSE(Port->GetSimulatedAssetAuthoring().IsPackageDirty(TEXT("/Game/Tests/BP_Dirty")));
+	EXPECT_TRUE(Blueprints.AddMemberVariable(Blueprint, FName(TEXT("Count")), IntType, TEXT("")));
+	EXPECT_TRUE(Port->GetSimulatedAssetAuthoring().IsPackageDirty(TEXT("/Game/Tests/BP_Dirty")));
+}
+
 // unreal-behaviour-blueprints.md §2.8, §5.3
 TEST(SimulatedBlueprintModel, FunctionGraphsGetTheirTerminatorsAndUserPins)
 {
