@@ -1,6 +1,7 @@
 // The headless host's editor: the simulated editor over a project fixture, the sample project
 // unless the host selected another.
 #include "SimulatedEditorPort.h"
+#include "SimulatedFunctions.h"
 #include "SimulatedPackageFiles.h"
 
 DEFINE_LOG_CATEGORY_STATIC(LogZorvekSimulatedEditor, Log, All);
@@ -19,6 +20,10 @@ namespace
 		if (!Editor->LoadProjectFile(FilePath, OutError))
 		{
 			return nullptr;
+		}
+		if (FilePath == GetSimulatedSampleProjectFile())
+		{
+			SimulatedVessa::RegisterSamples(*Editor);
 		}
 		// What earlier sessions saved, as the editor finds its packages on disk at start.
 		TArray<FString> Errors;

@@ -7,18 +7,23 @@ public class ZorvekMCPBridge : ModuleRules
 		PCHUsage = PCHUsageMode.UseExplicitOrSharedPCHs;
 		IWYUSupport = IWYUSupport.Full;
 
-		// The module has no public headers yet, so every dependency is private.
-		PrivateDependencyModuleNames.AddRange(new string[]
+		// The public headers (the Vessa extension base class and its records) need these.
+		PublicDependencyModuleNames.AddRange(new string[]
 		{
 			"Core",
 			"CoreUObject",
+			"Json"
+		});
+
+		PrivateDependencyModuleNames.AddRange(new string[]
+		{
 			"Engine",
 			"ApplicationCore",
 			"AssetRegistry",
 			"BlueprintGraph",
 			"HTTPServer",
 			"InputCore",
-			"Json",
+			"JsonUtilities",
 			"Settings",
 			"Slate",
 			"SlateCore",

@@ -1,6 +1,7 @@
 #include "ZorvekMCPBridge.h"
 
 #include "EditorPort/ZorvekMCPBridgeEditorPort.h"
+#include "Extensions/ZorvekMCPBridgeVessaExtensionRegistry.h"
 #include "HAL/IConsoleManager.h"
 #include "Misc/ConfigCacheIni.h"
 #include "Modules/ModuleManager.h"
@@ -83,6 +84,7 @@ void FZorvekMCPBridgeModule::ShutdownModule()
 
 	UnregisterEditorSettings();
 	SettingsObject = nullptr;
+	FZorvekMCPBridgeVessaExtensionRegistry::Shutdown();
 	UnregisterMenus();
 }
 

@@ -13,6 +13,7 @@ public:
 	FText GetToolTipText(bool bShortTooltip = false) const;
 	bool HasMetaData(const TCHAR* Key) const;
 	const FString& GetMetaData(const TCHAR* Key) const;
+	FString GetAuthoredName() const;
 };
 
 class UStruct : public UField
@@ -22,6 +23,10 @@ public:
 	bool IsChildOf(const UStruct* SomeBase) const;
 	FProperty* FindPropertyByName(FName InName) const;
 	FTopLevelAssetPath GetStructPathName() const;
+	int32 GetPropertiesSize() const;
+	int32 GetStructureSize() const;
+	virtual void InitializeStruct(void* Dest, int32 ArrayDim = 1) const;
+	virtual void DestroyStruct(void* Dest, int32 ArrayDim = 1) const;
 };
 
 class UFunction;
@@ -57,6 +62,10 @@ public:
 class UFunction : public UStruct
 {
 public:
+	EFunctionFlags FunctionFlags;
+	uint8 NumParms;
+	uint16 ParmsSize;
+	bool HasAnyFunctionFlags(EFunctionFlags FlagsToCheck) const;
 	FProperty* GetReturnProperty() const;
 	UClass* GetOuterUClass() const;
 	UFunction* GetSuperFunction() const;

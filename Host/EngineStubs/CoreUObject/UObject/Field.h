@@ -13,6 +13,8 @@ public:
 	virtual ~FField();
 	FName GetFName() const;
 	FString GetName() const;
+	// Not in the reference notes; check against the engine.
+	virtual FString GetAuthoredName() const;
 	UStruct* GetOwnerStruct() const;
 	UClass* GetOwnerClass() const;
 };

@@ -5,8 +5,10 @@
 #include "UObject/UObjectGlobals.h"
 
 class UClass;
+class UFunction;
 class UPackage;
 class UWorld;
+struct FPostCDOCompiledContext;
 
 class UObject
 {
@@ -35,6 +37,13 @@ public:
 	virtual UWorld* GetWorld() const;
 	virtual bool Modify(bool bAlwaysMarkDirty = true);
 	void PostEditChange();
+	virtual void ProcessEvent(UFunction* Function, void* Parms);
+	// Not in the reference notes; check against the engine.
+	virtual void PostInitProperties();
+#if WITH_EDITOR
+	// Not in the reference notes; check against the engine (5.1+).
+	virtual void PostCDOCompiled(const FPostCDOCompiledContext& Context);
+#endif
 };
 
 bool IsValid(const UObject* Test);

@@ -87,11 +87,24 @@ enum EPropertyFlags : uint64
 {
 	CPF_None = 0,
 	CPF_Edit = 0x0000000000000001,
+	CPF_ConstParm = 0x0000000000000002,
 	CPF_BlueprintVisible = 0x0000000000000004,
 	CPF_BlueprintReadOnly = 0x0000000000000010,
+	CPF_Parm = 0x0000000000000080,
+	CPF_OutParm = 0x0000000000000100,
+	CPF_ReturnParm = 0x0000000000000400,
 	CPF_Transient = 0x0000000000002000,
 	CPF_DisableEditOnInstance = 0x0000000000010000,
+	CPF_ReferenceParm = 0x0000000008000000,
 	CPF_Deprecated = 0x0000000020000000,
 	CPF_AssetRegistrySearchable = 0x0000010000000000,
 };
 ENUM_CLASS_FLAGS(EPropertyFlags)
+
+// Not in the reference notes beyond the type's name (UFunction::FunctionFlags); check the values
+// against the engine. The plug-in only copies the bits.
+enum EFunctionFlags : uint32
+{
+	FUNC_None = 0x00000000,
+};
+ENUM_CLASS_FLAGS(EFunctionFlags)

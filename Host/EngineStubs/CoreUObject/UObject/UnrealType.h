@@ -37,6 +37,80 @@ public:
 	bool ExportText_InContainer(int32 Index, FString& ValueStr, const void* Data, const void* Delta, UObject* Parent, int32 PortFlags, UObject* ExportRootScope = nullptr) const;
 	const TCHAR* ImportText_Direct(const TCHAR* Buffer, void* PropertyPtr, UObject* OwnerObject, int32 PortFlags, FOutputDevice* ErrorText = (FOutputDevice*)GWarn) const;
 	const TCHAR* ImportText_InContainer(const TCHAR* Buffer, void* Container, UObject* OwnerObject, int32 PortFlags, FOutputDevice* ErrorText = (FOutputDevice*)GWarn) const;
+	void InitializeValue_InContainer(void* Dest) const;
+	void DestroyValue_InContainer(void* Dest) const;
+};
+
+// The value helpers of the typed properties.
+template <typename T>
+class TProperty : public FProperty
+{
+public:
+	static const T& GetPropertyValue(const void* A);
+	static void SetPropertyValue(void* A, const T& Value);
+	static T* GetPropertyValuePtr(void* A);
+};
+
+class FNumericProperty : public FProperty
+{
+};
+
+class FByteProperty : public FNumericProperty
+{
+public:
+	TObjectPtr<UEnum> Enum;
+};
+
+class FIntProperty : public FNumericProperty
+{
+};
+
+class FInt8Property : public FNumericProperty
+{
+};
+
+class FInt16Property : public FNumericProperty
+{
+};
+
+class FInt64Property : public FNumericProperty
+{
+};
+
+class FUInt16Property : public FNumericProperty
+{
+};
+
+class FUInt32Property : public FNumericProperty
+{
+};
+
+class FUInt64Property : public FNumericProperty
+{
+};
+
+class FFloatProperty : public FNumericProperty
+{
+};
+
+class FDoubleProperty : public FNumericProperty
+{
+};
+
+class FBoolProperty : public FProperty
+{
+};
+
+class FNameProperty : public TProperty<FName>
+{
+};
+
+class FSetProperty : public FProperty
+{
+};
+
+class FMapProperty : public FProperty
+{
 };
 
 class FObjectPropertyBase : public FProperty

@@ -4,10 +4,13 @@
 #include "Server/ZorvekMCPBridgeToolCatalogue.h"
 
 #include "Tools/ZorvekMCPBridgeAssetTools.h"
+#include "Tools/ZorvekMCPBridgeBlueprintReadTools.h"
+#include "Tools/ZorvekMCPBridgeBlueprintMemberTools.h"
 #include "Tools/ZorvekMCPBridgeDataAssetTools.h"
 #include "Tools/ZorvekMCPBridgeDiscoveryTools.h"
 #include "Tools/ZorvekMCPBridgeMaterialTools.h"
 #include "Tools/ZorvekMCPBridgeReproAssetTools.h"
+#include "Tools/ZorvekMCPBridgeVessaTools.h"
 
 namespace
 {
@@ -125,24 +128,24 @@ namespace
 			// Vessa extensions.
 			ToolRow(TEXT("vessa_list_extensions"), TEXT("List standalone Vessa extensions discovered by the Zorvek MCP Bridge."), {
 				OptionalText(TEXT("limit"), TEXT("Maximum extensions to return. Defaults to 100.")),
-			}),
+			}, &ZorvekMCPBridgeVessaTools::HandleListExtensions),
 			ToolRow(TEXT("vessa_search_extensions"), TEXT("Search standalone Vessa extensions and capabilities."), {
 				RequiredText(TEXT("search"), TEXT("Search text matched against extension names, descriptions, actions, and queries.")),
 				OptionalText(TEXT("limit"), TEXT("Maximum matches to return. Defaults to 25.")),
-			}),
+			}, &ZorvekMCPBridgeVessaTools::HandleSearchExtensions),
 			ToolRow(TEXT("vessa_get_extension_details"), TEXT("Return full metadata, actions, and queries for a standalone Vessa extension."), {
 				RequiredText(TEXT("extension_id"), TEXT("Extension id from vessa_list_extensions or vessa_search_extensions.")),
-			}),
+			}, &ZorvekMCPBridgeVessaTools::HandleGetExtensionDetails),
 			ToolRow(TEXT("vessa_call_query"), TEXT("Execute a query on a standalone Vessa extension and return JSON results."), {
 				RequiredText(TEXT("extension_id"), VessaExtensionIdDescription),
 				RequiredText(TEXT("query_name"), TEXT("Query function name to execute.")),
 				OptionalObject(TEXT("parameters"), TEXT("Query parameters keyed by parameter name.")),
-			}),
+			}, &ZorvekMCPBridgeVessaTools::HandleCallQuery),
 			ToolRow(TEXT("vessa_call_action"), TEXT("Execute an action on a standalone Vessa extension and return action status JSON."), {
 				RequiredText(TEXT("extension_id"), VessaExtensionIdDescription),
 				RequiredText(TEXT("action_name"), TEXT("Action function name to execute.")),
 				OptionalObject(TEXT("parameters"), TEXT("Action parameters keyed by parameter name.")),
-			}),
+			}, &ZorvekMCPBridgeVessaTools::HandleCallAction),
 
 			// Assets.
 			ToolRow(TEXT("unreal_resolve_asset"), TEXT("Resolve an asset name or partial path to candidate Unreal asset paths."), {
@@ -317,12 +320,12 @@ namespace
 				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
 				RequiredText(TEXT("AssetName"), TEXT("New Blueprint asset name.")),
 				OptionalText(TEXT("ParentClassPath"), TEXT("Parent class path, for example /Script/Engine.Actor or /Script/Engine.Character.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleCreate),
 			ToolRow(TEXT("blueprint_create_primitive_actor"), TEXT("Create an actor Blueprint built from engine primitive meshes, for example a dummy tree from a cylinder and a sphere."), {}),
 			ToolRow(TEXT("blueprint_create_interface"), TEXT("Create a Blueprint Interface asset for interface implementation tests and workflows."), {
 				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
 				RequiredText(TEXT("AssetName"), TEXT("New Blueprint Interface asset name.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleCreateInterface),
 			ToolRow(TEXT("blueprint_add_variable"), TEXT("Add a member variable to a Blueprint using native Unreal editor APIs."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				RequiredText(TEXT("VarName"), TEXT("Variable name to add.")),
@@ -330,7 +333,7 @@ namespace
 				OptionalText(TEXT("ObjectClassPath"), TEXT("Optional class path for object/class variables, for example /Script/Engine.Actor. Defaults to Actor.")),
 				OptionalText(TEXT("DefaultValue"), TEXT("Optional default value string.")),
 				OptionalText(TEXT("Category"), TEXT("Optional variable category.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleAddVariable),
 			ToolRow(TEXT("blueprint_add_component"), TEXT("Add a component to a Blueprint's SimpleConstructionScript."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				RequiredText(TEXT("ComponentName"), TEXT("Component variable name.")),
@@ -340,7 +343,7 @@ namespace
 				OptionalText(TEXT("PrimitiveShape"), TEXT("Optional built-in primitive mesh shape for StaticMeshComponent: Cube, Sphere, Cylinder, Cone, or Plane.")),
 				OptionalText(TEXT("StaticMeshPath"), TEXT("Optional StaticMesh asset package/object path to assign to StaticMeshComponent.")),
 				OptionalText(TEXT("MaterialPath"), TEXT("Optional Material or MaterialInstance asset package/object path to assign to mesh slot 0.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleAddComponent),
 			ToolRow(TEXT("blueprint_add_component_motion"), TEXT("Add simple motion, such as rotation or bobbing, to a component of a Blueprint."), {}),
 			ToolRow(TEXT("blueprint_add_dynamic_material_parameter_update"), TEXT("Add Blueprint nodes that create a dynamic material instance and update one of its parameters."), {}),
 			ToolRow(TEXT("blueprint_create_function"), TEXT("Create a Blueprint function graph with optional typed inputs and outputs."), {
@@ -348,15 +351,15 @@ namespace
 				RequiredText(TEXT("FunctionName"), TEXT("Function name to create.")),
 				OptionalObject(TEXT("Inputs"), TEXT("Optional array of input descriptors with Name, Type, and optional ObjectClassPath.")),
 				OptionalObject(TEXT("Outputs"), TEXT("Optional array of output descriptors with Name, Type, and optional ObjectClassPath.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleCreateFunction),
 			ToolRow(TEXT("blueprint_create_event_graph"), TEXT("Create an additional Blueprint event graph page with an exact graph name."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				RequiredText(TEXT("GraphName"), TEXT("Additional event graph name to create.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleCreateEventGraph),
 			ToolRow(TEXT("blueprint_implement_interface"), TEXT("Add a Blueprint Interface to a Blueprint using native Unreal editor APIs."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				RequiredText(TEXT("InterfaceNameOrPath"), InterfaceNameOrPathDescription),
-			}),
+			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleImplementInterface),
 			ToolRow(TEXT("blueprint_add_interface_event"), TEXT("Add a Blueprint Interface implementation event node to a graph."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
@@ -364,13 +367,13 @@ namespace
 				RequiredText(TEXT("FunctionName"), TEXT("Interface function/event name to implement as an event node.")),
 				OptionalText(TEXT("NodePosX"), TEXT("Node X position. Defaults to 0.")),
 				OptionalText(TEXT("NodePosY"), TEXT("Node Y position. Defaults to 0.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleAddInterfaceEvent),
 			ToolRow(TEXT("blueprint_add_custom_event"), TEXT("Add a custom event node with optional typed parameters using native Unreal editor APIs."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
 				RequiredText(TEXT("EventName"), TEXT("Custom event name to create.")),
 				OptionalObject(TEXT("Parameters"), TEXT("Optional array of output parameter descriptors with Name, Type, and optional ObjectClassPath.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleAddCustomEvent),
 			ToolRow(TEXT("blueprint_add_comment"), TEXT("Add a Blueprint graph comment box with explicit bounds."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
@@ -385,7 +388,7 @@ namespace
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				OptionalText(TEXT("GraphName"), TEXT("Graph name to read, for example EventGraph.")),
 				OptionalText(TEXT("Limit"), TEXT("Maximum lines to return. Defaults to 1000.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintReadTools::HandleReadGraph),
 			ToolRow(TEXT("blueprint_search_project"), TEXT("Search the project's Blueprints for names, nodes, comments, and examples before reading graphs."), {}),
 			ToolRow(TEXT("blueprint_compile"), TEXT("Compile a Blueprint and return structured compiler warnings, errors, and status."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),

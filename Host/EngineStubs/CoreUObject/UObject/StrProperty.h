@@ -1,0 +1,7 @@
+#pragma once
+
+#include "UObject/UnrealType.h"
+
+class FStrProperty : public TProperty<FString>
+{
+};

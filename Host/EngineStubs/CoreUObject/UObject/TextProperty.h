@@ -1,0 +1,8 @@
+#pragma once
+
+#include "Internationalization/Text.h"
+#include "UObject/UnrealType.h"
+
+class FTextProperty : public TProperty<FText>
+{
+};

@@ -1,0 +1,6 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "Editor/EditorEngine.h"
+
+extern UEditorEngine* GEditor;

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "UObject/Object.h"
+
+class UAssetEditorSubsystem : public UObject
+{
+public:
+	TArray<UObject*> GetAllEditedAssets();
+};
