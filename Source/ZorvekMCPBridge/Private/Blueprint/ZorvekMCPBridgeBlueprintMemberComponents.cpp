@@ -11,8 +11,6 @@
 #include "Dom/JsonValue.h"
 #include "EditorPort/ZorvekMCPBridgeEditorPort.h"
 
-using ZorvekMCPBridgeBlueprintLoading::FLoadedBlueprint;
-using ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool;
 
 namespace
 {
@@ -111,19 +109,19 @@ FString ZorvekMCPBridgeBlueprintMembers::GetPrimitiveShapeMeshPath(const FString
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddComponent(IZorvekMCPBridgeEditorPort& Port, const FAddComponentParams& Params)
 {
-	FLoadedBlueprint Loaded;
+	ZorvekMCPBridgeBlueprintLoading::FLoadedBlueprint Loaded;
 	FString Error;
 	if (!ZorvekMCPBridgeBlueprintLoading::LoadBlueprint(Port, Params.BlueprintNameOrPath, Loaded, Error))
 	{
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	if (Params.ComponentName.IsEmpty() || Params.ComponentClassPath.IsEmpty())
 	{
-		return FailMemberTool(TEXT("blueprint_add_component requires ComponentName and ComponentClassPath."));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(TEXT("blueprint_add_component requires ComponentName and ComponentClassPath."));
 	}
 	if (!Loaded.Snapshot.bHasConstructionScript)
 	{
-		return FailMemberTool(TEXT("Blueprint has no SimpleConstructionScript."));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(TEXT("Blueprint has no SimpleConstructionScript."));
 	}
 
 	IZorvekMCPBridgeObjects& Objects = Port.GetObjects();
@@ -131,20 +129,20 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddComponent(IZorvekMCP
 	// The construction script only makes nodes of component classes (the engine asserts on others).
 	if (!FindComponentMemberClass(Objects, Params.ComponentClassPath, ComponentClass) || !Objects.IsChildOf(ComponentClass.Path, ComponentMemberActorComponentPath))
 	{
-		return FailMemberTool(FString::Printf(TEXT("Could not load component class: %s"), *Params.ComponentClassPath));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not load component class: %s"), *Params.ComponentClassPath));
 	}
 
 	TArray<FComponentMemberValue> Values;
 	FString StaticMeshPath;
 	if (!Params.PrimitiveShape.IsEmpty() && !Params.StaticMeshPath.IsEmpty())
 	{
-		return FailMemberTool(TEXT("Specify either PrimitiveShape or StaticMeshPath, not both."));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(TEXT("Specify either PrimitiveShape or StaticMeshPath, not both."));
 	}
 	if (!Params.PrimitiveShape.IsEmpty() || !Params.StaticMeshPath.IsEmpty())
 	{
 		if (!Objects.IsChildOf(ComponentClass.Path, ComponentMemberStaticMeshComponentPath))
 		{
-			return FailMemberTool(TEXT("StaticMeshPath/PrimitiveShape can only be used with StaticMeshComponent or a subclass."));
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(TEXT("StaticMeshPath/PrimitiveShape can only be used with StaticMeshComponent or a subclass."));
 		}
 		FString MeshRequest = Params.StaticMeshPath;
 		if (!Params.PrimitiveShape.IsEmpty())
@@ -152,13 +150,13 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddComponent(IZorvekMCP
 			MeshRequest = GetPrimitiveShapeMeshPath(Params.PrimitiveShape);
 			if (MeshRequest.IsEmpty())
 			{
-				return FailMemberTool(FString::Printf(TEXT("Unsupported PrimitiveShape '%s'. Supported shapes: Cube, Sphere, Cylinder, Cone, Plane."), *Params.PrimitiveShape));
+				return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Unsupported PrimitiveShape '%s'. Supported shapes: Cube, Sphere, Cylinder, Cone, Plane."), *Params.PrimitiveShape));
 			}
 		}
 		StaticMeshPath = LoadComponentMemberAsset(Objects, MeshRequest, ComponentMemberStaticMeshPath);
 		if (StaticMeshPath.IsEmpty())
 		{
-			return FailMemberTool(FString::Printf(TEXT("Could not resolve StaticMesh asset: %s"), *MeshRequest));
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not resolve StaticMesh asset: %s"), *MeshRequest));
 		}
 		Values.Add({ComponentMemberStaticMeshProperty, StaticMeshPath});
 	}
@@ -167,12 +165,12 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddComponent(IZorvekMCP
 	{
 		if (!Objects.IsChildOf(ComponentClass.Path, ComponentMemberMeshComponentPath))
 		{
-			return FailMemberTool(TEXT("MaterialPath can only be used with MeshComponent or a subclass."));
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(TEXT("MaterialPath can only be used with MeshComponent or a subclass."));
 		}
 		MaterialPath = LoadComponentMemberAsset(Objects, Params.MaterialPath, ComponentMemberMaterialInterfacePath);
 		if (MaterialPath.IsEmpty())
 		{
-			return FailMemberTool(FString::Printf(TEXT("Could not resolve Material asset: %s"), *Params.MaterialPath));
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not resolve Material asset: %s"), *Params.MaterialPath));
 		}
 		// Slot 0 of a fresh template: the override list holds just this material.
 		Values.Add({ComponentMemberOverrideMaterialsProperty, FString::Printf(TEXT("(\"%s\")"), *MaterialPath)});
@@ -180,18 +178,18 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddComponent(IZorvekMCP
 
 	if (HasComponentMemberNode(Loaded.Snapshot, Params.ComponentName))
 	{
-		return FailMemberTool(FString::Printf(TEXT("Blueprint component already exists: %s"), *Params.ComponentName));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Blueprint component already exists: %s"), *Params.ComponentName));
 	}
 	IZorvekMCPBridgeBlueprints& Blueprints = Port.GetBlueprints();
 	// The engine would rename a node whose name a variable, function or graph already uses
 	// (unreal-behaviour-blueprints.md §6.1), so the answer would name a component that does not exist.
 	if (!Blueprints.IsGraphNameUnique(Loaded.Blueprint, Params.ComponentName))
 	{
-		return FailMemberTool(FString::Printf(TEXT("Component name is already used by a variable, function or graph of %s: %s"), *Loaded.AssetPath, *Params.ComponentName));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Component name is already used by a variable, function or graph of %s: %s"), *Loaded.AssetPath, *Params.ComponentName));
 	}
 	if (!Params.ParentComponentName.IsEmpty() && !HasComponentMemberNode(Loaded.Snapshot, Params.ParentComponentName))
 	{
-		return FailMemberTool(FString::Printf(TEXT("Parent component does not exist: %s"), *Params.ParentComponentName));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Parent component does not exist: %s"), *Params.ParentComponentName));
 	}
 
 	const int32 FirstPropertyValue = Values.Num();
@@ -207,23 +205,23 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddComponent(IZorvekMCP
 		const FZorvekMCPBridgeObjectHandle Validation = Blueprints.CreateComponentValidationObject(ComponentClass.Path);
 		if (!Validation.IsValid())
 		{
-			return FailMemberTool(FString::Printf(TEXT("Could not create validation component for class: %s"), *ComponentClass.Path));
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not create validation component for class: %s"), *ComponentClass.Path));
 		}
 		for (int32 Index = FirstPropertyValue; Index < Values.Num(); ++Index)
 		{
 			const FZorvekMCPBridgePropertyCursor Property = Port.GetReflection().FindProperty(Validation, Values[Index].PropertyName);
 			if (!Property.IsValid())
 			{
-				return FailMemberTool(FString::Printf(TEXT("Component property does not exist on %s: %s"), *ComponentClass.Name, *Values[Index].PropertyName));
+				return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Component property does not exist on %s: %s"), *ComponentClass.Name, *Values[Index].PropertyName));
 			}
 			if (!Property.HasAnyFlags(ZorvekMCPBridgePropertyFlags::Edit))
 			{
-				return FailMemberTool(FString::Printf(TEXT("Component property is not editable on %s: %s"), *ComponentClass.Name, *Values[Index].PropertyName));
+				return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Component property is not editable on %s: %s"), *ComponentClass.Name, *Values[Index].PropertyName));
 			}
 		}
 		if (!ApplyComponentMemberValues(Port, Validation, Values, Error))
 		{
-			return FailMemberTool(Error);
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 		}
 	}
 
@@ -231,13 +229,13 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddComponent(IZorvekMCP
 	const FZorvekMCPBridgeObjectHandle Node = Blueprints.CreateComponentNode(Loaded.Blueprint, ComponentClass.Path, Params.ComponentName, Template);
 	if (!Node.IsValid() || !Template.IsValid())
 	{
-		return FailMemberTool(FString::Printf(TEXT("Could not create component node '%s' of class %s."), *Params.ComponentName, *ComponentClass.Path));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not create component node '%s' of class %s."), *Params.ComponentName, *ComponentClass.Path));
 	}
 	if (!ApplyComponentMemberValues(Port, Template, Values, Error))
 	{
 		// The node is not in the tree yet; removing it leaves the Blueprint as it was.
 		Blueprints.RemoveComponentNode(Loaded.Blueprint, Node);
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	Blueprints.AttachComponentNode(Loaded.Blueprint, Node, Params.ParentComponentName);
 	Blueprints.MarkStructurallyModified(Loaded.Blueprint);

@@ -10,8 +10,6 @@
 #include "EditorPort/ZorvekMCPBridgePortTypeLookup.h"
 #include "Server/ZorvekMCPBridgeToolCatalogue.h"
 
-using ZorvekMCPBridgeBlueprintLoading::FLoadedBlueprint;
-using ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool;
 
 const TCHAR* const ZorvekMCPBridgeBlueprintMembers::DefaultParentClassPath = TEXT("/Script/Engine.Actor");
 
@@ -45,7 +43,7 @@ namespace
 	{
 		if (Request.PackagePath.IsEmpty() || Request.AssetName.IsEmpty())
 		{
-			return FailMemberTool(Request.RequiredMessage);
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Request.RequiredMessage);
 		}
 		FString PackagePath = Request.PackagePath;
 		while (PackagePath.Len() > 1 && PackagePath.EndsWith(TEXT("/")))
@@ -59,29 +57,29 @@ namespace
 		// (unreal-behaviour-blueprints.md §1.1), so an object there, in memory or on disk, stops here.
 		if (Objects.LoadObject(ObjectPath).IsValid())
 		{
-			return FailMemberTool(FString::Printf(TEXT("Blueprint asset already exists: %s"), *ObjectPath));
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Blueprint asset already exists: %s"), *ObjectPath));
 		}
 		FZorvekMCPBridgeTypeInfo ParentClass;
 		if (!Objects.LoadClass(Request.ParentClassPath, ParentClass))
 		{
-			return FailMemberTool(FString::Printf(TEXT("Could not load parent class: %s"), *Request.ParentClassPath));
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not load parent class: %s"), *Request.ParentClassPath));
 		}
 		IZorvekMCPBridgeAssetAuthoring& Authoring = Port.GetAssetAuthoring();
 		// A name the editor refuses is caught before the package exists.
 		FString Reason;
 		if (!Authoring.IsValidLongPackageName(PackageName, Reason))
 		{
-			return FailMemberTool(FString::Printf(TEXT("Could not create or load package: %s"), *PackageName));
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not create or load package: %s"), *PackageName));
 		}
 		const FZorvekMCPBridgeObjectHandle Package = Authoring.CreateOrFindPackage(PackageName);
 		if (!Package.IsValid())
 		{
-			return FailMemberTool(FString::Printf(TEXT("Could not create or load package: %s"), *PackageName));
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not create or load package: %s"), *PackageName));
 		}
 		const FZorvekMCPBridgeObjectHandle Blueprint = Port.GetBlueprints().CreateBlueprint(Package, Request.AssetName, ParentClass.Path, Request.BlueprintType);
 		if (!Blueprint.IsValid())
 		{
-			return FailMemberTool(FString::Printf(TEXT("Could not create %s: %s"), Request.AssetKind, *ObjectPath));
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not create %s: %s"), Request.AssetKind, *ObjectPath));
 		}
 		Authoring.NotifyAssetCreated(Blueprint);
 		Authoring.MarkPackageDirty(Blueprint);
@@ -99,7 +97,7 @@ namespace
 
 	// The graph events go to: it must exist and be an event graph (event nodes do not compile in
 	// function or macro graphs). Null with the message otherwise.
-	const FZorvekMCPBridgeGraphSnapshot* FindBlueprintMemberEventGraph(const FLoadedBlueprint& Loaded, const FString& GraphName, FString& OutError)
+	const FZorvekMCPBridgeGraphSnapshot* FindBlueprintMemberEventGraph(const ZorvekMCPBridgeBlueprintLoading::FLoadedBlueprint& Loaded, const FString& GraphName, FString& OutError)
 	{
 		const FZorvekMCPBridgeGraphSnapshot* Graph = ZorvekMCPBridgeBlueprintLoading::FindGraph(Loaded.Snapshot, GraphName);
 		if (!Graph)
@@ -204,7 +202,7 @@ namespace
 		{
 			return true;
 		}
-		FLoadedBlueprint InterfaceBlueprint;
+		ZorvekMCPBridgeBlueprintLoading::FLoadedBlueprint InterfaceBlueprint;
 		FString Ignored;
 		if (!ZorvekMCPBridgeBlueprintLoading::LoadBlueprint(Port, InterfaceNameOrPath, InterfaceBlueprint, Ignored))
 		{
@@ -291,29 +289,29 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::CreateBlueprintInterfac
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddVariable(IZorvekMCPBridgeEditorPort& Port, const FAddVariableParams& Params)
 {
-	FLoadedBlueprint Loaded;
+	ZorvekMCPBridgeBlueprintLoading::FLoadedBlueprint Loaded;
 	FString Error;
 	if (!ZorvekMCPBridgeBlueprintLoading::LoadBlueprint(Port, Params.BlueprintNameOrPath, Loaded, Error))
 	{
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	if (Params.VarName.IsEmpty() || Params.Type.IsEmpty())
 	{
-		return FailMemberTool(TEXT("blueprint_add_variable requires VarName and Type."));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(TEXT("blueprint_add_variable requires VarName and Type."));
 	}
 	const FZorvekMCPBridgePortTypeLookup TypeLookup(Port.GetObjects());
 	FZorvekMCPBridgePinType PinType;
 	FString TypeString;
 	if (!ZorvekMCPBridgePinTypes::ParseBlueprintVariableType(TypeLookup, Params.Type, Params.ObjectClassPath, PinType, TypeString, Error))
 	{
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	IZorvekMCPBridgeBlueprints& Blueprints = Port.GetBlueprints();
 	const FName VarName(Params.VarName);
 	// A variable of that name stays as it is, type included: adding is idempotent.
 	if (!HasBlueprintMemberVariable(Loaded.Snapshot, VarName) && !Blueprints.AddMemberVariable(Loaded.Blueprint, VarName, PinType, Params.DefaultValue))
 	{
-		return FailMemberTool(FString::Printf(TEXT("Could not add Blueprint variable '%s'."), *Params.VarName));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not add Blueprint variable '%s'."), *Params.VarName));
 	}
 	if (!Params.Category.IsEmpty())
 	{
@@ -331,15 +329,15 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddVariable(IZorvekMCPB
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::CreateFunction(IZorvekMCPBridgeEditorPort& Port, const FCreateFunctionParams& Params)
 {
-	FLoadedBlueprint Loaded;
+	ZorvekMCPBridgeBlueprintLoading::FLoadedBlueprint Loaded;
 	FString Error;
 	if (!ZorvekMCPBridgeBlueprintLoading::LoadBlueprint(Port, Params.BlueprintNameOrPath, Loaded, Error))
 	{
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	if (Params.FunctionName.IsEmpty())
 	{
-		return FailMemberTool(TEXT("blueprint_create_function requires FunctionName."));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(TEXT("blueprint_create_function requires FunctionName."));
 	}
 	const FZorvekMCPBridgePortTypeLookup TypeLookup(Port.GetObjects());
 	TArray<FBlueprintParamSpec> Inputs;
@@ -347,12 +345,12 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::CreateFunction(IZorvekM
 	if (!ZorvekMCPBridgePinTypes::ParseParamSpecArray(TypeLookup, Params.Request, TEXT("Inputs"), Inputs, Error)
 		|| !ZorvekMCPBridgePinTypes::ParseParamSpecArray(TypeLookup, Params.Request, TEXT("Outputs"), Outputs, Error))
 	{
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	IZorvekMCPBridgeBlueprints& Blueprints = Port.GetBlueprints();
 	if (!Blueprints.IsGraphNameUnique(Loaded.Blueprint, Params.FunctionName))
 	{
-		return FailMemberTool(FString::Printf(TEXT("Blueprint graph/function already exists: %s"), *Params.FunctionName));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Blueprint graph/function already exists: %s"), *Params.FunctionName));
 	}
 
 	const FZorvekMCPBridgeFunctionGraphResult Created = Blueprints.CreateFunctionGraph(Loaded.Blueprint, Params.FunctionName, Inputs, Outputs);
@@ -362,16 +360,16 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::CreateFunction(IZorvekM
 	case EZorvekMCPBridgeFunctionGraphFailure::None:
 		break;
 	case EZorvekMCPBridgeFunctionGraphFailure::GraphNotCreated:
-		return FailMemberTool(FString::Printf(TEXT("Could not create function graph: %s"), *Params.FunctionName));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not create function graph: %s"), *Params.FunctionName));
 	case EZorvekMCPBridgeFunctionGraphFailure::NoEntryNode:
-		return FailMemberTool(FString::Printf(TEXT("Function graph has no entry node: %s"), *Params.FunctionName));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Function graph has no entry node: %s"), *Params.FunctionName));
 	case EZorvekMCPBridgeFunctionGraphFailure::NoResultNode:
-		return FailMemberTool(FString::Printf(TEXT("Function graph has no result node: %s"), *Params.FunctionName));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Function graph has no result node: %s"), *Params.FunctionName));
 	case EZorvekMCPBridgeFunctionGraphFailure::InputPinNotCreated:
-		return FailMemberTool(FString::Printf(TEXT("Could not add input pin '%s' to function '%s': %s"), *FailedPin, *Params.FunctionName,
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not add input pin '%s' to function '%s': %s"), *FailedPin, *Params.FunctionName,
 			*DescribeBlueprintMemberFunctionFailure(Created)));
 	case EZorvekMCPBridgeFunctionGraphFailure::OutputPinNotCreated:
-		return FailMemberTool(FString::Printf(TEXT("Could not add output pin '%s' to function '%s': %s"), *FailedPin, *Params.FunctionName,
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not add output pin '%s' to function '%s': %s"), *FailedPin, *Params.FunctionName,
 			*DescribeBlueprintMemberFunctionFailure(Created)));
 	}
 	Blueprints.MarkStructurallyModified(Loaded.Blueprint);
@@ -388,24 +386,24 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::CreateFunction(IZorvekM
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::CreateEventGraph(IZorvekMCPBridgeEditorPort& Port, const FCreateEventGraphParams& Params)
 {
-	FLoadedBlueprint Loaded;
+	ZorvekMCPBridgeBlueprintLoading::FLoadedBlueprint Loaded;
 	FString Error;
 	if (!ZorvekMCPBridgeBlueprintLoading::LoadBlueprint(Port, Params.BlueprintNameOrPath, Loaded, Error))
 	{
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	if (Params.GraphName.IsEmpty())
 	{
-		return FailMemberTool(TEXT("blueprint_create_event_graph requires GraphName."));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(TEXT("blueprint_create_event_graph requires GraphName."));
 	}
 	IZorvekMCPBridgeBlueprints& Blueprints = Port.GetBlueprints();
 	if (!Blueprints.IsGraphNameUnique(Loaded.Blueprint, Params.GraphName))
 	{
-		return FailMemberTool(FString::Printf(TEXT("Blueprint graph already exists: %s"), *Params.GraphName));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Blueprint graph already exists: %s"), *Params.GraphName));
 	}
 	if (!Blueprints.CreateEventGraph(Loaded.Blueprint, Params.GraphName))
 	{
-		return FailMemberTool(FString::Printf(TEXT("Could not create event graph: %s"), *Params.GraphName));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not create event graph: %s"), *Params.GraphName));
 	}
 	Blueprints.MarkStructurallyModified(Loaded.Blueprint);
 
@@ -418,31 +416,31 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::CreateEventGraph(IZorve
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddCustomEvent(IZorvekMCPBridgeEditorPort& Port, const FAddCustomEventParams& Params)
 {
-	FLoadedBlueprint Loaded;
+	ZorvekMCPBridgeBlueprintLoading::FLoadedBlueprint Loaded;
 	FString Error;
 	if (!ZorvekMCPBridgeBlueprintLoading::LoadBlueprint(Port, Params.BlueprintNameOrPath, Loaded, Error))
 	{
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	const FString GraphName = Params.GraphName.IsEmpty() ? FString(ZorvekMCPBridgeBlueprintLoading::DefaultGraphName) : Params.GraphName;
 	if (Params.EventName.IsEmpty())
 	{
-		return FailMemberTool(TEXT("blueprint_add_custom_event requires EventName."));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(TEXT("blueprint_add_custom_event requires EventName."));
 	}
 	if (HasBlueprintMemberCustomEvent(Loaded.Snapshot, Params.EventName))
 	{
-		return FailMemberTool(FString::Printf(TEXT("Blueprint custom event already exists: %s"), *Params.EventName));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Blueprint custom event already exists: %s"), *Params.EventName));
 	}
 	const FZorvekMCPBridgePortTypeLookup TypeLookup(Port.GetObjects());
 	TArray<FBlueprintParamSpec> Parameters;
 	if (!ZorvekMCPBridgePinTypes::ParseParamSpecArray(TypeLookup, Params.Request, TEXT("Parameters"), Parameters, Error))
 	{
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	const FZorvekMCPBridgeGraphSnapshot* Graph = FindBlueprintMemberEventGraph(Loaded, GraphName, Error);
 	if (!Graph)
 	{
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	int32 PosX = 0;
 	int32 PosY = 0;
@@ -455,9 +453,9 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddCustomEvent(IZorvekM
 	{
 		if (FailedParameter != NAME_None)
 		{
-			return FailMemberTool(FString::Printf(TEXT("Could not add parameter pin '%s' to custom event '%s'."), *FailedParameter.ToString(), *Params.EventName));
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not add parameter pin '%s' to custom event '%s'."), *FailedParameter.ToString(), *Params.EventName));
 		}
-		return FailMemberTool(FString::Printf(TEXT("Could not add custom event '%s' to graph '%s'."), *Params.EventName, *Graph->Name));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not add custom event '%s' to graph '%s'."), *Params.EventName, *Graph->Name));
 	}
 	Blueprints.MarkStructurallyModified(Loaded.Blueprint);
 
@@ -474,20 +472,20 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddCustomEvent(IZorvekM
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::ImplementInterface(IZorvekMCPBridgeEditorPort& Port, const FImplementInterfaceParams& Params)
 {
-	FLoadedBlueprint Loaded;
+	ZorvekMCPBridgeBlueprintLoading::FLoadedBlueprint Loaded;
 	FString Error;
 	if (!ZorvekMCPBridgeBlueprintLoading::LoadBlueprint(Port, Params.BlueprintNameOrPath, Loaded, Error))
 	{
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	if (Params.InterfaceNameOrPath.IsEmpty())
 	{
-		return FailMemberTool(TEXT("blueprint_implement_interface requires InterfaceNameOrPath."));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(TEXT("blueprint_implement_interface requires InterfaceNameOrPath."));
 	}
 	FZorvekMCPBridgeTypeInfo Interface;
 	if (!ResolveBlueprintMemberInterface(Port, Params.InterfaceNameOrPath, Interface))
 	{
-		return FailMemberTool(FString::Printf(TEXT("Could not resolve Blueprint Interface class: %s"), *Params.InterfaceNameOrPath));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not resolve Blueprint Interface class: %s"), *Params.InterfaceNameOrPath));
 	}
 	IZorvekMCPBridgeBlueprints& Blueprints = Port.GetBlueprints();
 	const bool bAlreadyImplemented = ImplementsBlueprintMemberInterface(Loaded.Snapshot, Interface.Path);
@@ -495,7 +493,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::ImplementInterface(IZor
 	{
 		if (!Blueprints.ImplementInterface(Loaded.Blueprint, Interface.Path))
 		{
-			return FailMemberTool(FString::Printf(TEXT("Could not implement interface '%s' on %s."), *Interface.Path, *Loaded.AssetPath));
+			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not implement interface '%s' on %s."), *Interface.Path, *Loaded.AssetPath));
 		}
 		Blueprints.MarkStructurallyModified(Loaded.Blueprint);
 		ZorvekMCPBridgeBlueprintLoading::RefreshSnapshot(Port, Loaded);
@@ -512,25 +510,25 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::ImplementInterface(IZor
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddInterfaceEvent(IZorvekMCPBridgeEditorPort& Port, const FAddInterfaceEventParams& Params)
 {
-	FLoadedBlueprint Loaded;
+	ZorvekMCPBridgeBlueprintLoading::FLoadedBlueprint Loaded;
 	FString Error;
 	if (!ZorvekMCPBridgeBlueprintLoading::LoadBlueprint(Port, Params.BlueprintNameOrPath, Loaded, Error))
 	{
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	const FString GraphName = Params.GraphName.IsEmpty() ? FString(ZorvekMCPBridgeBlueprintLoading::DefaultGraphName) : Params.GraphName;
 	if (Params.InterfaceNameOrPath.IsEmpty() || Params.FunctionName.IsEmpty())
 	{
-		return FailMemberTool(TEXT("blueprint_add_interface_event requires InterfaceNameOrPath and FunctionName."));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(TEXT("blueprint_add_interface_event requires InterfaceNameOrPath and FunctionName."));
 	}
 	FZorvekMCPBridgeTypeInfo Interface;
 	if (!ResolveBlueprintMemberInterface(Port, Params.InterfaceNameOrPath, Interface))
 	{
-		return FailMemberTool(FString::Printf(TEXT("Could not resolve Blueprint Interface class: %s"), *Params.InterfaceNameOrPath));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not resolve Blueprint Interface class: %s"), *Params.InterfaceNameOrPath));
 	}
 	if (!ImplementsBlueprintMemberInterface(Loaded.Snapshot, Interface.Path))
 	{
-		return FailMemberTool(FString::Printf(TEXT("%s does not implement interface %s."), *Loaded.AssetPath, *Interface.Path));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("%s does not implement interface %s."), *Loaded.AssetPath, *Interface.Path));
 	}
 	IZorvekMCPBridgeBlueprints& Blueprints = Port.GetBlueprints();
 	TArray<FZorvekMCPBridgeInterfaceFunction> Functions;
@@ -541,13 +539,13 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddInterfaceEvent(IZorv
 	});
 	if (!Function)
 	{
-		return FailMemberTool(FString::Printf(TEXT("Interface function does not exist: %s.%s"), *Interface.Path, *Params.FunctionName));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Interface function does not exist: %s.%s"), *Interface.Path, *Params.FunctionName));
 	}
 	// A function with outputs is implemented in the graph of its own that implementing the
 	// interface made (unreal-behaviour-blueprints.md §5.4); an event node for it would not compile.
 	if (!Function->bImplementedAsEvent)
 	{
-		return FailMemberTool(FString::Printf(TEXT("Interface function %s.%s has outputs and is implemented in its own graph '%s', not as an event."),
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Interface function %s.%s has outputs and is implemented in its own graph '%s', not as an event."),
 			*Interface.Path, *Function->Name, *Function->Name));
 	}
 	for (const FZorvekMCPBridgeGraphSnapshot& Graph : Loaded.Snapshot.Graphs)
@@ -557,21 +555,21 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddInterfaceEvent(IZorv
 			if (Node.Kind == EZorvekMCPBridgeNodeKind::Event && Node.Data.EventOwnerClassPath.Equals(Interface.Path, ESearchCase::IgnoreCase)
 				&& FName(Node.Data.EventName) == FName(Function->Name))
 			{
-				return FailMemberTool(FString::Printf(TEXT("Blueprint interface event already exists: %s.%s"), *Interface.Path, *Function->Name));
+				return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Blueprint interface event already exists: %s.%s"), *Interface.Path, *Function->Name));
 			}
 		}
 	}
 	const FZorvekMCPBridgeGraphSnapshot* Graph = FindBlueprintMemberEventGraph(Loaded, GraphName, Error);
 	if (!Graph)
 	{
-		return FailMemberTool(Error);
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(Error);
 	}
 	const FString GraphNameUsed = Graph->Name;
 
 	const FString NodeGuid = Blueprints.AddInterfaceEvent(Loaded.Blueprint, GraphNameUsed, Interface.Path, Function->Name, Params.NodePosX, Params.NodePosY);
 	if (NodeGuid.IsEmpty())
 	{
-		return FailMemberTool(FString::Printf(TEXT("Could not add interface event %s.%s to graph '%s'."), *Interface.Path, *Function->Name, *GraphNameUsed));
+		return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not add interface event %s.%s to graph '%s'."), *Interface.Path, *Function->Name, *GraphNameUsed));
 	}
 	Blueprints.MarkStructurallyModified(Loaded.Blueprint);
 	ZorvekMCPBridgeBlueprintLoading::RefreshSnapshot(Port, Loaded);

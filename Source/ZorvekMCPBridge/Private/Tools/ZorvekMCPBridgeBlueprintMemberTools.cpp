@@ -7,18 +7,15 @@
 
 namespace
 {
-	using namespace ZorvekMCPBridgeBlueprintMembers;
-	using ZorvekMCPBridgeToolArguments::ReadString;
-
 	// A key under its name or, when absent, under its legacy name.
 	FString ReadMemberString(const TSharedPtr<FJsonObject>& Arguments, const TCHAR* Key, const TCHAR* LegacyKey)
 	{
-		return ReadString(Arguments, Key, ReadString(Arguments, LegacyKey, FString()));
+		return ZorvekMCPBridgeToolArguments::ReadString(Arguments, Key, ZorvekMCPBridgeToolArguments::ReadString(Arguments, LegacyKey, FString()));
 	}
 
 	FString ReadMemberString(const TSharedPtr<FJsonObject>& Arguments, const TCHAR* Key)
 	{
-		return ReadString(Arguments, Key, FString());
+		return ZorvekMCPBridgeToolArguments::ReadString(Arguments, Key, FString());
 	}
 
 	// The object at Key; null when absent or not an object.
@@ -43,84 +40,84 @@ namespace
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMemberTools::HandleCreate(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	FCreateBlueprintParams Params;
+	ZorvekMCPBridgeBlueprintMembers::FCreateBlueprintParams Params;
 	Params.PackagePath = ReadMemberString(Arguments, TEXT("PackagePath"), TEXT("InPackagePath"));
 	Params.AssetName = ReadMemberString(Arguments, TEXT("AssetName"), TEXT("InAssetName"));
 	Params.ParentClassPath = ReadMemberString(Arguments, TEXT("ParentClassPath"), TEXT("InParentClassPath"));
-	return RunMemberTool(Context, TEXT("blueprint_create"), Params, &CreateBlueprint);
+	return RunMemberTool(Context, TEXT("blueprint_create"), Params, &ZorvekMCPBridgeBlueprintMembers::CreateBlueprint);
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMemberTools::HandleCreateInterface(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	FCreateInterfaceParams Params;
+	ZorvekMCPBridgeBlueprintMembers::FCreateInterfaceParams Params;
 	Params.PackagePath = ReadMemberString(Arguments, TEXT("PackagePath"), TEXT("InPackagePath"));
 	Params.AssetName = ReadMemberString(Arguments, TEXT("AssetName"), TEXT("InAssetName"));
-	return RunMemberTool(Context, TEXT("blueprint_create_interface"), Params, &CreateBlueprintInterface);
+	return RunMemberTool(Context, TEXT("blueprint_create_interface"), Params, &ZorvekMCPBridgeBlueprintMembers::CreateBlueprintInterface);
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMemberTools::HandleAddVariable(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	FAddVariableParams Params;
+	ZorvekMCPBridgeBlueprintMembers::FAddVariableParams Params;
 	Params.BlueprintNameOrPath = ReadMemberString(Arguments, TEXT("BlueprintNameOrPath"));
 	Params.VarName = ReadMemberString(Arguments, TEXT("VarName"));
 	Params.Type = ReadMemberString(Arguments, TEXT("Type"));
 	Params.ObjectClassPath = ReadMemberString(Arguments, TEXT("ObjectClassPath"));
 	Params.DefaultValue = ReadMemberString(Arguments, TEXT("DefaultValue"));
 	Params.Category = ReadMemberString(Arguments, TEXT("Category"));
-	return RunMemberTool(Context, TEXT("blueprint_add_variable"), Params, &AddVariable);
+	return RunMemberTool(Context, TEXT("blueprint_add_variable"), Params, &ZorvekMCPBridgeBlueprintMembers::AddVariable);
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMemberTools::HandleCreateFunction(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	FCreateFunctionParams Params;
+	ZorvekMCPBridgeBlueprintMembers::FCreateFunctionParams Params;
 	Params.BlueprintNameOrPath = ReadMemberString(Arguments, TEXT("BlueprintNameOrPath"));
 	Params.FunctionName = ReadMemberString(Arguments, TEXT("FunctionName"));
 	Params.Request = Arguments;
-	return RunMemberTool(Context, TEXT("blueprint_create_function"), Params, &CreateFunction);
+	return RunMemberTool(Context, TEXT("blueprint_create_function"), Params, &ZorvekMCPBridgeBlueprintMembers::CreateFunction);
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMemberTools::HandleCreateEventGraph(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	FCreateEventGraphParams Params;
+	ZorvekMCPBridgeBlueprintMembers::FCreateEventGraphParams Params;
 	Params.BlueprintNameOrPath = ReadMemberString(Arguments, TEXT("BlueprintNameOrPath"));
 	Params.GraphName = ReadMemberString(Arguments, TEXT("GraphName"));
-	return RunMemberTool(Context, TEXT("blueprint_create_event_graph"), Params, &CreateEventGraph);
+	return RunMemberTool(Context, TEXT("blueprint_create_event_graph"), Params, &ZorvekMCPBridgeBlueprintMembers::CreateEventGraph);
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMemberTools::HandleAddCustomEvent(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	FAddCustomEventParams Params;
+	ZorvekMCPBridgeBlueprintMembers::FAddCustomEventParams Params;
 	Params.BlueprintNameOrPath = ReadMemberString(Arguments, TEXT("BlueprintNameOrPath"));
 	Params.GraphName = ReadMemberString(Arguments, TEXT("GraphName"));
 	Params.EventName = ReadMemberString(Arguments, TEXT("EventName"));
 	Params.bCallInEditor = ZorvekMCPBridgeToolArguments::ReadBool(Arguments, TEXT("CallInEditor"), false);
 	Params.Request = Arguments;
-	return RunMemberTool(Context, TEXT("blueprint_add_custom_event"), Params, &AddCustomEvent);
+	return RunMemberTool(Context, TEXT("blueprint_add_custom_event"), Params, &ZorvekMCPBridgeBlueprintMembers::AddCustomEvent);
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMemberTools::HandleImplementInterface(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	FImplementInterfaceParams Params;
+	ZorvekMCPBridgeBlueprintMembers::FImplementInterfaceParams Params;
 	Params.BlueprintNameOrPath = ReadMemberString(Arguments, TEXT("BlueprintNameOrPath"));
 	Params.InterfaceNameOrPath = ReadMemberString(Arguments, TEXT("InterfaceNameOrPath"));
-	return RunMemberTool(Context, TEXT("blueprint_implement_interface"), Params, &ImplementInterface);
+	return RunMemberTool(Context, TEXT("blueprint_implement_interface"), Params, &ZorvekMCPBridgeBlueprintMembers::ImplementInterface);
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMemberTools::HandleAddInterfaceEvent(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	FAddInterfaceEventParams Params;
+	ZorvekMCPBridgeBlueprintMembers::FAddInterfaceEventParams Params;
 	Params.BlueprintNameOrPath = ReadMemberString(Arguments, TEXT("BlueprintNameOrPath"));
 	Params.GraphName = ReadMemberString(Arguments, TEXT("GraphName"));
 	Params.InterfaceNameOrPath = ReadMemberString(Arguments, TEXT("InterfaceNameOrPath"));
 	Params.FunctionName = ReadMemberString(Arguments, TEXT("FunctionName"));
 	Params.NodePosX = ZorvekMCPBridgeToolArguments::ReadInteger(Arguments, TEXT("NodePosX"), 0);
 	Params.NodePosY = ZorvekMCPBridgeToolArguments::ReadInteger(Arguments, TEXT("NodePosY"), 0);
-	return RunMemberTool(Context, TEXT("blueprint_add_interface_event"), Params, &AddInterfaceEvent);
+	return RunMemberTool(Context, TEXT("blueprint_add_interface_event"), Params, &ZorvekMCPBridgeBlueprintMembers::AddInterfaceEvent);
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMemberTools::HandleAddComponent(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
 {
-	FAddComponentParams Params;
+	ZorvekMCPBridgeBlueprintMembers::FAddComponentParams Params;
 	Params.BlueprintNameOrPath = ReadMemberString(Arguments, TEXT("BlueprintNameOrPath"));
 	Params.ComponentName = ReadMemberString(Arguments, TEXT("ComponentName"));
 	Params.ComponentClassPath = ReadMemberString(Arguments, TEXT("ComponentClassPath"), TEXT("ComponentClassName"));
@@ -129,5 +126,5 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMemberTools::HandleAddComponent(
 	Params.PrimitiveShape = ReadMemberString(Arguments, TEXT("PrimitiveShape"));
 	Params.StaticMeshPath = ReadMemberString(Arguments, TEXT("StaticMeshPath"));
 	Params.MaterialPath = ReadMemberString(Arguments, TEXT("MaterialPath"));
-	return RunMemberTool(Context, TEXT("blueprint_add_component"), Params, &AddComponent);
+	return RunMemberTool(Context, TEXT("blueprint_add_component"), Params, &ZorvekMCPBridgeBlueprintMembers::AddComponent);
 }
