@@ -417,3 +417,40 @@ TEST(BlueprintGraphReader, ReferencesTellOwnMembersFromOtherClasses)
 		(std::vector<std::string>{"interface_event::/Game/Doors/BPI_Openable.BPI_Openable_C:Open", "interface_function::/Game/Doors/BPI_Openable.BPI_Openable_C:GetState"}));
 	EXPECT_EQ(S(Parsed->GetArrayField(TEXT("interface_implementations"))[1]->AsObject()->GetStringField(TEXT("implementation_kind"))), "function_entry");
 }
+
+// Pins share one type object per distinct type; types that differ only in precision, struct or
+// map value must still read as themselves.
+TEST(BlueprintGraphReader, PinsOfNearlyEqualTypesKeepTheirOwnTypes)
+{
+	FZorvekMCPBridgeBlueprintSnapshot Blueprint = MakeDoorBlueprint();
+	FZorvekMCPBridgeNodeSnapshot& Node = Blueprint.Graphs[1].Nodes[1];
+	const FName StructCategory(TEXT("struct"));
+	const FName NameCategory(TEXT("name"));
+	Node.Pins.Reset();
+	Node.Pins.Add(MakePin(TEXT("Single"), EDir::Input, RealCategory));
+	Node.Pins.Add(MakePin(TEXT("Double"), EDir::Input, RealCategory));
+	Node.Pins.Last().Pin.PinType.PinSubCategory = FName(TEXT("double"));
+	Node.Pins.Add(MakePin(TEXT("Location"), EDir::Input, StructCategory));
+	Node.Pins.Last().Pin.PinType.PinSubCategoryObject = FZorvekMCPBridgeTypeIdentity(TEXT("/Script/CoreUObject.Vector"), TEXT("Vector"));
+	Node.Pins.Add(MakePin(TEXT("Facing"), EDir::Input, StructCategory));
+	Node.Pins.Last().Pin.PinType.PinSubCategoryObject = FZorvekMCPBridgeTypeIdentity(TEXT("/Script/CoreUObject.Rotator"), TEXT("Rotator"));
+	Node.Pins.Add(MakePin(TEXT("Counts"), EDir::Input, NameCategory));
+	Node.Pins.Last().Pin.PinType.ContainerType = EZorvekMCPBridgePinContainerType::Map;
+	Node.Pins.Last().Pin.PinType.PinValueType.TerminalCategory = FName(TEXT("int"));
+	Node.Pins.Add(MakePin(TEXT("Labels"), EDir::Input, NameCategory));
+	Node.Pins.Last().Pin.PinType.ContainerType = EZorvekMCPBridgePinContainerType::Map;
+	Node.Pins.Last().Pin.PinType.PinValueType.TerminalCategory = FName(TEXT("string"));
+	Node.Pins.Add(MakePin(TEXT("Again"), EDir::Input, RealCategory));
+
+	const TSharedPtr<FJsonObject> Read = FindNode(ReadDoorGraph(Blueprint, TEXT("EventGraph")).ParsedGraph, TEXT("B0000000000000000000000000000002"));
+	TArray<FString> TypeStrings;
+	TArray<FString> TypeObjectStrings;
+	for (const TSharedPtr<FJsonValue>& Pin : Read->GetArrayField(TEXT("pin_details")))
+	{
+		TypeStrings.Add(Pin->AsObject()->GetStringField(TEXT("type_string")));
+		TypeObjectStrings.Add(Pin->AsObject()->GetObjectField(TEXT("type"))->GetStringField(TEXT("type_string")));
+	}
+	const std::vector<std::string> Expected{"float", "double", "Vector", "Rotator", "map<name,int>", "map<name,string>", "float"};
+	EXPECT_EQ(ToStd(TypeStrings), Expected);
+	EXPECT_EQ(ToStd(TypeObjectStrings), Expected);
+}
