@@ -560,6 +560,124 @@ describe('asset tools on the host\'s sample project', { timeout: TEST_TIMEOUT_MS
 	});
 });
 
+describe('Blueprint members built through the SDK and read back', { timeout: TEST_TIMEOUT_MS }, () =>
+{
+	const blueprint = '/Game/ClientTest/BP_ClientMembers';
+	const interfaceClass = '/Game/ClientTest/BPI_ClientUsable.BPI_ClientUsable_C';
+	const sampleInterfaceClass = '/Game/Interfaces/BPI_Interactable.BPI_Interactable_C';
+
+	before(() =>
+	{
+		assert.ok(client, 'no SDK session (see the session group)');
+	});
+
+	test('a Blueprint gets a variable, a function, a custom event, components and an interface, and every graph reads back', async () =>
+	{
+		const call = async (name, args) => structuredPayload(await callTool(client, name, args), name);
+		const created = await call('blueprint_create', { PackagePath: '/Game/ClientTest', AssetName: 'BP_ClientMembers' });
+		assert.equal(created.parent_class, '/Script/Engine.Actor');
+		const variable = await call('blueprint_add_variable', { BlueprintNameOrPath: blueprint, VarName: 'Speeds', Type: 'array<float>' });
+		assert.deepEqual([variable.type, variable.requested_type], ['float[]', 'array<float>']);
+		const fn = await call('blueprint_create_function', { BlueprintNameOrPath: blueprint, FunctionName: 'ApplyDamage',
+			Inputs: [{ Name: 'Amount', Type: 'float' }, { Name: 'Source', Type: 'object', ObjectClassPath: '/Script/Engine.Pawn' }],
+			Outputs: [{ Name: 'bKilled', Type: 'bool' }] });
+		assert.equal(fn.spawner_id, 'bp_func::ApplyDamage');
+		assert.deepEqual(fn.inputs.map((input) => input.type_string), ['float', 'Pawn']);
+		const event = await call('blueprint_add_custom_event', { BlueprintNameOrPath: blueprint, EventName: 'OnHit', Parameters: [{ Name: 'Damage', Type: 'float' }] });
+		assert.equal(event.spawner_id, 'custom_event::OnHit');
+		const boom = await call('blueprint_add_component', { BlueprintNameOrPath: blueprint, ComponentName: 'Boom', ComponentClassPath: 'SpringArmComponent',
+			Properties: { TargetArmLength: 350 } });
+		assert.equal(boom.properties.TargetArmLength, '350.000000');
+		const eye = await call('blueprint_add_component', { BlueprintNameOrPath: blueprint, ComponentName: 'Eye', ComponentClassPath: 'CameraComponent', ParentComponentName: 'Boom' });
+		assert.equal(eye.component_class, '/Script/Engine.CameraComponent');
+		const shape = await callTool(client, 'blueprint_add_component', { BlueprintNameOrPath: blueprint, ComponentName: 'Lens', ComponentClassPath: 'CameraComponent', PrimitiveShape: 'Cube' });
+		assert.equal(shape.isError, true);
+		assert.equal(shape.content[0].text, 'StaticMeshPath/PrimitiveShape can only be used with StaticMeshComponent or a subclass.');
+
+		const made = await call('blueprint_create_interface', { PackagePath: '/Game/ClientTest', AssetName: 'BPI_ClientUsable' });
+		assert.equal(made.generated_class_path, interfaceClass);
+		const implemented = await call('blueprint_implement_interface', { BlueprintNameOrPath: blueprint, InterfaceNameOrPath: 'BPI_ClientUsable' });
+		assert.equal(implemented.interface_class_path, interfaceClass);
+		assert.equal(implemented.already_implemented, false);
+		// The sample project's interface has an event and two functions with outputs.
+		const interactable = await call('blueprint_implement_interface', { BlueprintNameOrPath: blueprint, InterfaceNameOrPath: '/Game/Interfaces/BPI_Interactable' });
+		assert.equal(interactable.interface_class_path, sampleInterfaceClass);
+		const interact = await call('blueprint_add_interface_event', { BlueprintNameOrPath: blueprint, InterfaceNameOrPath: 'BPI_Interactable', FunctionName: 'Interact',
+			NodePosY: 900 });
+		assert.equal(interact.spawner_id, `interface_event::${sampleInterfaceClass}:Interact`);
+		assert.deepEqual(interact.parameters.map((parameter) => `${parameter.name}:${parameter.type_string}`), ['Instigator:Actor']);
+		const again = await call('blueprint_implement_interface', { BlueprintNameOrPath: blueprint, InterfaceNameOrPath: interfaceClass });
+		assert.equal(again.already_implemented, true);
+
+		// Every graph, read with the arguments the summaries hand back.
+		const spawnerIds = {};
+		for (const summary of again.available_graphs)
+		{
+			const read = await call('blueprint_read_graph', summary.read_graph_arguments);
+			spawnerIds[summary.name] = read.parsed_graph.nodes.map((node) => node.spawner_id ?? '');
+		}
+		assert.deepEqual(Object.keys(spawnerIds), ['UserConstructionScript', 'ApplyDamage', 'EventGraph', 'GetInteractionText', 'CanInteract']);
+		assert.deepEqual(spawnerIds.ApplyDamage, ['bp_func_entry::ApplyDamage', 'bp_func_result::ApplyDamage']);
+		assert.deepEqual(spawnerIds.EventGraph, ['event::ReceiveBeginPlay', 'event::ReceiveActorBeginOverlap', 'event::ReceiveTick', 'custom_event::OnHit',
+			`interface_event::${sampleInterfaceClass}:Interact`]);
+		assert.equal(spawnerIds.CanInteract[0], `interface_function::${sampleInterfaceClass}:CanInteract`);
+		const eventGraph = await call('blueprint_read_graph', { BlueprintNameOrPath: blueprint });
+		assert.deepEqual(eventGraph.parsed_graph.components.map((component) => `${component.name}<${component.parent_component}`), ['Boom<', 'Eye<Boom']);
+		assert.deepEqual(eventGraph.parsed_graph.variables.map((variable) => `${variable.name}:${variable.type_string}`), ['Speeds:array<float>']);
+		assert.deepEqual(eventGraph.parsed_graph.implemented_interfaces.map((entry) => entry.interface_class_path), [interfaceClass, sampleInterfaceClass]);
+	});
+});
+
+describe('Vessa extensions of the host\'s sample project', { timeout: TEST_TIMEOUT_MS }, () =>
+{
+	const levelTools = '/Game/Vessa/BP_LevelTools.BP_LevelTools_C';
+
+	before(() =>
+	{
+		assert.ok(client, 'no SDK session (see the session group)');
+	});
+
+	test('lists, searches and describes the sample extensions', async () =>
+	{
+		const listed = structuredPayload(await callTool(client, 'vessa_list_extensions', {}), 'vessa_list_extensions');
+		assert.ok(listed.extensions.some((extension) => extension.extension_id === levelTools), JSON.stringify(listed));
+		// Nothing had loaded this Editor Utility Blueprint; the registry found it through its tag.
+		assert.ok(listed.extensions.some((extension) => extension.extension_id === '/Game/Vessa/EUB_AssetAudit.EUB_AssetAudit_C'));
+		assert.equal(listed.count, listed.total_available);
+		const found = structuredPayload(await callTool(client, 'vessa_search_extensions', { search: 'actor spawn' }), 'vessa_search_extensions');
+		assert.deepEqual(found.matches.map((match) => match.extension_id), [levelTools]);
+		assert.deepEqual(found.matches[0].capability_matches.map((match) => `${match.type}:${match.name}`), ['action:SpawnTaggedActor']);
+		const details = structuredPayload(await callTool(client, 'vessa_get_extension_details', { extension_id: levelTools.toLowerCase() }), 'vessa_get_extension_details');
+		assert.equal(details.title, 'Level Tools');
+		assert.deepEqual(details.queries.map((query) => query.name), ['CountActorsByClass']);
+		assert.deepEqual(details.actions[0].parameters.map((parameter) => `${parameter.name}:${parameter.type}`), ['ActorName:String', 'Location:Vector3', 'ExtraTag:String']);
+	});
+
+	test('an action spawns a tagged actor that the query then counts', async () =>
+	{
+		const count = async () => JSON.parse((await callTool(client, 'vessa_call_query', {
+			extension_id: levelTools, query_name: 'CountActorsByClass', parameters: { ClassName: 'Actor' } })).content[0].text);
+		const before = await count();
+		const spawned = structuredPayload(await callTool(client, 'vessa_call_action', {
+			extension_id: levelTools, action_name: 'SpawnTaggedActor', parameters: { ActorName: 'ClientBeacon', Location: { X: 10, Y: 20, Z: 30 } } }), 'vessa_call_action');
+		assert.equal(spawned.success, true);
+		assert.equal(spawned.result, 'Spawned /Temp/Untitled_1.ClientBeacon at (10, 20, 30).');
+		const after = await count();
+		assert.equal(after.Count, before.Count + 1);
+		assert.ok(after.ActorNames.includes('ClientBeacon'));
+	});
+
+	test('failures: an action error is a tool error, a query error is text', async () =>
+	{
+		const failed = await callTool(client, 'vessa_call_action', { extension_id: '/Script/SampleGame.VessaFailingTools', action_name: 'AlwaysFails' });
+		assert.equal(failed.isError, true);
+		assert.equal(failed.structuredContent.error_message, 'The failing sample always fails.');
+		const badQuery = await callTool(client, 'vessa_call_query', { extension_id: levelTools, query_name: 'NoSuchQuery' });
+		assert.notEqual(badQuery.isError, true);
+		assert.equal(JSON.parse(badQuery.content[0].text).error, 'Query not found: NoSuchQuery');
+	});
+});
+
 describe('shutdown', { timeout: TEST_TIMEOUT_MS }, () =>
 {
 	test('the host exits cleanly when its standard input closes', async () =>
