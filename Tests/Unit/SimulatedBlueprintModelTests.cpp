@@ -500,3 +500,57 @@ TEST(SimulatedBlueprintModel, GuidsAreDistinctAndReproducible)
 		EXPECT_GE(GetHexDigitValue(A[Index]), 0);
 	}
 }
+
+// unreal-behaviour-blueprints.md §1.3 (parent call ghosts), §4.1 (the compile fills the class),
+// §6.3-style instances: objects of a Blueprint class keep their values when it recompiles.
+TEST(SimulatedBlueprintModel, CompiledClassesServeSubclassesAndInstances)
+{
+	const TSharedPtr<FSimulatedEditorPort> Port = LoadBlueprintProject();
+	FSimulatedEditor& Editor = Port->GetEditor();
+	FSimulatedBlueprints& Model = Editor.GetBlueprints();
+	FSimulatedBlueprint& Base = MakeBlueprint(*Port, TEXT("BP_Base"), TEXT("/Script/Engine.Actor"));
+	ASSERT_TRUE(Model.AddMemberVariable(Base, FName(TEXT("Health")), PinTypeOf(TEXT("int")), TEXT("5")));
+	Model.AddCustomEventNode(*Base.UbergraphPages[0], TEXT("Ping"), 0, 700);
+	// The user places BeginPlay: the ghost goes and an enabled node implements the event.
+	FSimulatedNode* Ghost = Base.UbergraphPages[0]->Nodes[0].get();
+	const FSimulatedFunction* BeginPlay = Base.ParentClass->FindFunction(TEXT("ReceiveBeginPlay"));
+	ASSERT_NE(BeginPlay, nullptr);
+	Model.RemoveNode(*Base.UbergraphPages[0], *Ghost);
+	Model.AddEventNode(*Base.UbergraphPages[0], *BeginPlay, 0, 0);
+	Model.Compile(Base);
+
+	// Variables, custom events and implemented events are members of the generated class.
+	EXPECT_NE(Base.GeneratedClass->FindPropertyIndex(TEXT("Health")), INDEX_NONE);
+	const FSimulatedFunction* Ping = Base.GeneratedClass->FindFunction(TEXT("Ping"));
+	ASSERT_NE(Ping, nullptr);
+	EXPECT_EQ(Ping->Owner, Base.GeneratedClass);
+	EXPECT_EQ(Base.GeneratedClass->FindFunction(TEXT("ReceiveBeginPlay"))->Owner, Base.GeneratedClass);
+
+	// An instance keeps its value through a recompile that adds a member.
+	FString Error;
+	FSimulatedObject* Instance = Editor.CreateObject(Base.GeneratedClass, Editor.FindOrCreatePackage(TEXT("/Game/Maps/Test")), TEXT("BP_Base_0"), Error);
+	ASSERT_NE(Instance, nullptr) << S(Error);
+	ASSERT_TRUE(Editor.SetPropertyText(Instance, TEXT("Health"), TEXT("42"), Error)) << S(Error);
+	ASSERT_TRUE(Model.AddMemberVariable(Base, FName(TEXT("Armor")), PinTypeOf(TEXT("int")), TEXT("")));
+	Model.Compile(Base);
+	FZorvekMCPBridgePropertyCursor Health = Port->GetReflection().FindProperty(FSimulatedEditorPort::ToHandle(Instance), TEXT("Health"));
+	FString HealthText;
+	ASSERT_TRUE(Port->GetReflection().ExportText(Health, HealthText));
+	EXPECT_EQ(HealthText, TEXT("42"));
+	EXPECT_TRUE(Port->GetReflection().FindProperty(FSimulatedEditorPort::ToHandle(Instance), TEXT("Armor")).IsValid());
+
+	// A child Blueprint sees the parent's members and gets a ghost call of the parent's BeginPlay.
+	FSimulatedBlueprint& Child = MakeBlueprint(*Port, TEXT("BP_Child"), *Base.GeneratedClass->GetPathName());
+	EXPECT_NE(Child.GeneratedClass->FindPropertyIndex(TEXT("Health")), INDEX_NONE);
+	EXPECT_FALSE(Model.AddMemberVariable(Child, FName(TEXT("Health")), PinTypeOf(TEXT("int")), TEXT("")));
+	const FZorvekMCPBridgeBlueprintSnapshot ChildSnapshot = Read(*Port, Child);
+	const FZorvekMCPBridgeGraphSnapshot* Events = FindGraph(ChildSnapshot, TEXT("EventGraph"));
+	ASSERT_NE(Events, nullptr);
+	ASSERT_EQ(Events->Nodes.Num(), 4);
+	EXPECT_EQ(Events->Nodes[0].Data.EventOwnerClassPath, TEXT("/Script/Engine.Actor"));
+	EXPECT_EQ(Events->Nodes[1].NodeClass, TEXT("K2Node_CallParentFunction"));
+	EXPECT_FALSE(Events->Nodes[1].bEnabled);
+	EXPECT_EQ(Events->Nodes[1].PosX, 200);
+	ASSERT_EQ(Events->Nodes[0].Pins[1].LinkedTo.Num(), 1);
+	EXPECT_EQ(Events->Nodes[0].Pins[1].LinkedTo[0].NodeGuid, Events->Nodes[1].NodeGuid);
+}
