@@ -187,7 +187,8 @@ namespace
 		Color->SetNumberField(TEXT("g"), Data.CommentColor[1]);
 		Color->SetNumberField(TEXT("b"), Data.CommentColor[2]);
 		Color->SetNumberField(TEXT("a"), Data.CommentColor[3]);
-		// FLinearColor::ToString's form.
+		// FLinearColor::ToString's form. Not in the reference notes; check against the engine
+		// (Core's Math/Color.h).
 		Color->SetStringField(TEXT("rgba"), FString::Printf(TEXT("(R=%f,G=%f,B=%f,A=%f)"), Data.CommentColor[0], Data.CommentColor[1], Data.CommentColor[2], Data.CommentColor[3]));
 		return Color;
 	}
