@@ -258,25 +258,25 @@ namespace
 				{
 					return Fail(Where, TEXT("needs a name no graph of the Blueprint has"));
 				}
-				std::vector<FSimulatedPinSpec> Specs[2];
+				std::vector<FSimulatedPinSpec> TunnelPins[2];
 				const TCHAR* const Keys[2] = {TEXT("inputs"), TEXT("outputs")};
 				for (int32 Side = 0; Side < 2; ++Side)
 				{
 					for (const TSharedPtr<FJsonValue>& PinValue : SimFixtureArray(Macro, Keys[Side]))
 					{
 						const TSharedPtr<FJsonObject> Pin = PinValue->AsObject();
-						FSimulatedPinSpec Spec;
-						Spec.Name = FName(*SimFixtureString(Pin, TEXT("name")));
-						Spec.DefaultValue = SimFixtureString(Pin, TEXT("default"));
+						FSimulatedPinSpec TunnelPin;
+						TunnelPin.Name = FName(*SimFixtureString(Pin, TEXT("name")));
+						TunnelPin.DefaultValue = SimFixtureString(Pin, TEXT("default"));
 						FString TypeError;
-						if (!ParsePinType(SimFixtureString(Pin, TEXT("type")), Spec.PinType, TypeError))
+						if (!ParsePinType(SimFixtureString(Pin, TEXT("type")), TunnelPin.PinType, TypeError))
 						{
-							return Fail(FString::Printf(TEXT("%s pin %s"), *Where, *Spec.Name.ToString()), TypeError);
+							return Fail(FString::Printf(TEXT("%s pin %s"), *Where, *TunnelPin.Name.ToString()), TypeError);
 						}
-						Specs[Side].push_back(Spec);
+						TunnelPins[Side].push_back(TunnelPin);
 					}
 				}
-				if (!Blueprints.AddMacroGraph(Blueprint, Name, Specs[0], Specs[1]))
+				if (!Blueprints.AddMacroGraph(Blueprint, Name, TunnelPins[0], TunnelPins[1]))
 				{
 					return Fail(Where, TEXT("could not be created"));
 				}
