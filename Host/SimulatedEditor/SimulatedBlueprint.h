@@ -336,6 +336,9 @@ public:
 	void RemoveNode(FSimulatedGraph& Graph, FSimulatedNode& Node);
 	// GetNodeTitle(FullTitle).
 	FString GetNodeTitle(const FSimulatedNode& Node) const;
+	// A member variable of the Blueprint as variable nodes resolve it: its NewVariables, its
+	// components, or a property inherited from the parent (owned by the declaring class).
+	bool FindVariableType(const FSimulatedBlueprint& Blueprint, const FString& VariableName, FZorvekMCPBridgePinType& OutType, FString& OutGuid, FSimulatedType*& OutOwner) const;
 	// FKey display names (long), for the input nodes; the raw name for unknown keys.
 	static FString GetKeyDisplayName(const FString& KeyName);
 
@@ -354,7 +357,6 @@ private:
 	void AddEventPinsFromSignature(FSimulatedNode& Node, const FSimulatedFunction& Function);
 	bool IsSelfContext(const FSimulatedGraph& Graph, const FSimulatedType* FunctionOwner) const;
 	FSimulatedNode* AddVariableNode(FSimulatedGraph& Graph, const FString& VariableName, bool bSet, int32 PosX, int32 PosY);
-	bool FindVariableType(const FSimulatedBlueprint& Blueprint, const FString& VariableName, FZorvekMCPBridgePinType& OutType, FString& OutGuid, FSimulatedType*& OutOwner) const;
 	void RenameAway(FSimulatedObject& Object);
 	// The shared function object behind a function of a class.
 	static std::shared_ptr<const FSimulatedFunction> ShareFunction(const FSimulatedFunction& Function);

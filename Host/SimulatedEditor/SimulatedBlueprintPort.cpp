@@ -118,6 +118,19 @@ bool FSimulatedBlueprintPort::ReadBlueprint(FZorvekMCPBridgeObjectHandle Handle,
 				const FSimulatedFunction* Function = Owner ? Owner->FindFunction(Node->Data.MemberName) : nullptr;
 				NodeSnapshot.Data.FunctionPath = Function && Function->Owner ? Function->Owner->GetPathName() + TEXT(":") + Function->Name : FString();
 			}
+			if (Node->Kind == EZorvekMCPBridgeNodeKind::VariableGet || Node->Kind == EZorvekMCPBridgeNodeKind::VariableSet)
+			{
+				// A variable that no longer exists has no owner to report.
+				FZorvekMCPBridgePinType VariableType;
+				FString VariableGuid;
+				FSimulatedType* Owner = nullptr;
+				if (!Model.FindVariableType(*Blueprint, Node->Data.VariableName, VariableType, VariableGuid, Owner))
+				{
+					NodeSnapshot.Data.VariableOwnerClassPath.Reset();
+					NodeSnapshot.Data.VariableOwnerClassName.Reset();
+					NodeSnapshot.Data.VariableOwnerBlueprintPath.Reset();
+				}
+			}
 			for (const std::unique_ptr<FSimulatedPin>& Pin : Node->Pins)
 			{
 				NodeSnapshot.Pins.Add(SimPortPinSnapshot(*Pin));

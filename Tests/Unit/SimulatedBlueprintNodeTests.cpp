@@ -169,6 +169,14 @@ TEST(SimulatedBlueprintNodes, CastsAndVariableNodes)
 	EXPECT_EQ(Tags.Data.VariableOwnerClassPath, TEXT("/Script/Engine.Actor"));
 	EXPECT_EQ(Tags.Pins[0].Pin.PinType.ContainerType, EZorvekMCPBridgePinContainerType::Array);
 	EXPECT_EQ(Fixture.Model->AddVariableGetNode(*Fixture.Graph, TEXT("Missing"), 0, 0), nullptr);
+
+	// Once the variable is gone its nodes name no owner; the reference itself stays.
+	FSimulatedNode* GetNode = Fixture.Model->AddVariableGetNode(*Fixture.Graph, TEXT("Health"), 0, 0);
+	Fixture.Blueprint->NewVariables.clear();
+	Fixture.Model->MarkStructurallyModified(*Fixture.Blueprint);
+	const FZorvekMCPBridgeNodeSnapshot Orphan = Fixture.Read(*GetNode);
+	EXPECT_TRUE(Orphan.Data.VariableOwnerClassPath.IsEmpty());
+	EXPECT_EQ(Orphan.Data.VariableName, TEXT("Health"));
 }
 
 // unreal-behaviour-blueprints.md §2.3, §2.7, §2.10, §8
