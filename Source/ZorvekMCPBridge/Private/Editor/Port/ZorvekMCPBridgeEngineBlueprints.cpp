@@ -400,9 +400,9 @@ FZorvekMCPBridgeFunctionGraphResult FZorvekMCPBridgeEngineBlueprints::CreateFunc
 		Result.Failure = EZorvekMCPBridgeFunctionGraphFailure::NoEntryNode;
 		return Result;
 	}
-	// A new function has no result node until it has outputs, as in the editor.
-	UK2Node_FunctionResult* ResultNode = Outputs.Num() > 0 ? FBlueprintEditorUtils::FindOrCreateFunctionResultNode(Entry) : nullptr;
-	if (Outputs.Num() > 0 && !ResultNode)
+	// Every function made here gets its result node, outputs or not, so clients find both terminals.
+	UK2Node_FunctionResult* ResultNode = FBlueprintEditorUtils::FindOrCreateFunctionResultNode(Entry);
+	if (!ResultNode)
 	{
 		Result.Failure = EZorvekMCPBridgeFunctionGraphFailure::NoResultNode;
 		return Result;
