@@ -91,6 +91,8 @@ namespace
 		if ((Class->ClassFlags & ZorvekMCPBridgeClassFlags::CompiledFromBlueprint) != 0 && Name.EndsWith(TEXT("_C")))
 		{
 			Name.LeftChopInline(2);
+			// Titles name the authoritative class: a skeleton class stands for its generated class.
+			Name.RemoveFromStart(TEXT("SKEL_"), ESearchCase::CaseSensitive);
 		}
 		return FSimulatedBlueprints::NameToDisplayString(Name, false);
 	}
