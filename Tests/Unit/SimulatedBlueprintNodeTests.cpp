@@ -240,3 +240,17 @@ TEST(SimulatedBlueprintNodes, LinksAreKeptOnBothEnds)
 	EXPECT_TRUE(Then.LinkedTo.empty());
 	EXPECT_TRUE(Fixture.Read(*Branch).Pins[2].LinkedTo.IsEmpty());
 }
+
+// unreal-behaviour-blueprints.md §2.5: the target line names the function's authoritative class,
+// so a call bound to the skeleton class (a function added since the last compile) reads the same
+// as one bound to the generated class.
+TEST(SimulatedBlueprintNodes, OwnFunctionCallsNameTheBlueprintNotItsSkeleton)
+{
+	FNodeFixture Fixture;
+	Fixture.Model->AddFunctionGraph(*Fixture.Blueprint, Fixture.Model->CreateNewGraph(*Fixture.Blueprint, TEXT("OpenDoor")));
+	const FSimulatedFunction* OnSkeleton = Fixture.Blueprint->SkeletonClass->FindFunction(TEXT("OpenDoor"));
+	ASSERT_NE(OnSkeleton, nullptr);
+	EXPECT_EQ(Fixture.Blueprint->GeneratedClass->FindFunction(TEXT("OpenDoor")), nullptr);
+	const FZorvekMCPBridgeNodeSnapshot Call = Fixture.Read(*Fixture.Model->AddCallFunctionNode(*Fixture.Graph, *OnSkeleton, 0, 0));
+	EXPECT_EQ(Call.Title, TEXT("Open Door\nTarget is BP Nodes"));
+}
