@@ -35,6 +35,21 @@ public:
 		FZorvekMCPBridgeObjectHandle& OutTemplate) override;
 	void AttachComponentNode(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeObjectHandle Node, const FString& ParentComponentName) override;
 	void RemoveComponentNode(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeObjectHandle Node) override;
+	FZorvekMCPBridgeNodeSpawnResult SpawnNode(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName,
+		const FZorvekMCPBridgeNodeSpawnRequest& Request, int32 PosX, int32 PosY, const TArray<FZorvekMCPBridgePinDefault>& PinDefaults) override;
+	bool RemoveNode(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& NodeGuid) override;
+	FZorvekMCPBridgeConnectResult TryCreateConnection(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName,
+		const FZorvekMCPBridgePinReference& PinA, const FZorvekMCPBridgePinReference& PinB) override;
+	bool SetNodePosition(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& NodeGuid, int32 PosX, int32 PosY) override;
+	FZorvekMCPBridgeNodeSnapshot AddComment(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& CommentText,
+		int32 PosX, int32 PosY, int32 Width, int32 Height, int32 FontSize) override;
+	FZorvekMCPBridgeCompileResult Compile(FZorvekMCPBridgeObjectHandle Blueprint, uint32 CompileFlags) override;
+	bool GetMacroGraphNames(const FString& LibraryObjectPath, TArray<FString>& OutMacroNames) const override;
+	bool GetKeyInfo(const FString& KeyName, FZorvekMCPBridgeKeyInfo& OutKey) const override;
+	bool FindClassVariable(const FString& ClassPath, const FString& VariableName, FZorvekMCPBridgeClassVariableInfo& OutVariable) const override;
+	void GetNodeActions(FZorvekMCPBridgeObjectHandle BlueprintScope, TArray<FZorvekMCPBridgeNodeAction>& OutActions) const override;
+	bool GetNodeActionPins(FZorvekMCPBridgeObjectHandle BlueprintScope, const FZorvekMCPBridgeNodeSpawnRequest& Request,
+		TArray<FZorvekMCPBridgeGraphPinSnapshot>& OutPins) const override;
 	void MarkStructurallyModified(FZorvekMCPBridgeObjectHandle Blueprint) override;
 	void MarkModified(FZorvekMCPBridgeObjectHandle Blueprint) override;
 

@@ -630,6 +630,7 @@ FSimulatedEditorPort::FSimulatedEditorPort(const TSharedPtr<FSimulatedEditor>& I
 	, AssetAuthoring(MakeUnique<FSimulatedAssetAuthoring>(*InEditor, *Objects))
 	, Blueprints(MakeUnique<FSimulatedBlueprintPort>(*InEditor, *AssetAuthoring))
 	, Functions(MakeUnique<FSimulatedFunctions>(*InEditor, *AssetAuthoring))
+	, World(MakeUnique<FSimulatedWorldPort>(*InEditor))
 {
 }
 
@@ -678,6 +679,11 @@ IZorvekMCPBridgeBlueprints& FSimulatedEditorPort::GetBlueprints()
 IZorvekMCPBridgeFunctions& FSimulatedEditorPort::GetFunctions()
 {
 	return *Functions;
+}
+
+IZorvekMCPBridgeWorld& FSimulatedEditorPort::GetWorld()
+{
+	return *World;
 }
 
 FZorvekMCPBridgeObjectHandle FSimulatedEditorPort::ToHandle(const FSimulatedObject* Object)

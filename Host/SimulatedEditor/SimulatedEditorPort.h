@@ -9,6 +9,7 @@
 #include "SimulatedEditor.h"
 #include "SimulatedFunctions.h"
 #include "SimulatedMaterialAuthoring.h"
+#include "SimulatedWorldPort.h"
 
 class FSimulatedEditorPort : public IZorvekMCPBridgeEditorPort
 {
@@ -28,6 +29,8 @@ public:
 	FSimulatedAssetAuthoring& GetSimulatedAssetAuthoring() const { return *AssetAuthoring; }
 	IZorvekMCPBridgeFunctions& GetFunctions() override;
 	FSimulatedFunctions& GetSimulatedFunctions() const { return *Functions; }
+	IZorvekMCPBridgeWorld& GetWorld() override;
+	FSimulatedWorldPort& GetSimulatedWorld() const { return *World; }
 
 	FSimulatedMaterialAuthoring& GetSimulatedMaterialAuthoring() const;
 	FSimulatedEditor& GetEditor() const { return *Editor; }
@@ -50,6 +53,7 @@ private:
 	TUniquePtr<FSimulatedAssetAuthoring> AssetAuthoring;
 	TUniquePtr<FSimulatedBlueprintPort> Blueprints;
 	TUniquePtr<FSimulatedFunctions> Functions;
+	TUniquePtr<FSimulatedWorldPort> World;
 };
 
 // The host's choice of project: loads the fixture at FilePath (the sample project when empty)

@@ -298,6 +298,197 @@ struct FZorvekMCPBridgeFunctionGraphResult
 	FString GraphName;
 };
 
+// ---- Blueprints II: node spawning, connection, layout, compile, the action catalogue ----
+
+// What node a spawn makes. The portable node tools parse a spawner id into this (after checking
+// what the engine can be asked about) and the catalogue describes its actions with it, so the
+// canonical id of an action and the node the add tool makes are one thing.
+enum class EZorvekMCPBridgeNodeSpawnKind : uint8
+{
+	Branch,
+	Sequence,
+	// A macro of a macro library: MacroLibraryPath (package path) and MacroName.
+	MacroInstance,
+	// ClassPath is the cast's target class.
+	DynamicCast,
+	// A call of ClassPath's function FunctionName (found with inherited ones).
+	CallFunction,
+	// A call of the Blueprint's own function graph FunctionName.
+	CallBlueprintFunction,
+	// A new custom event named EventName.
+	CustomEvent,
+	// A call of the Blueprint's existing custom event EventName.
+	CustomEventCall,
+	// An override event of the parent class's event function FunctionName (ReceiveBeginPlay).
+	Event,
+	// An event implementing FunctionName of the implemented interface ClassPath.
+	InterfaceEvent,
+	// VariableName of the Blueprint (OwnerClassPath empty) or of the class OwnerClassPath.
+	VariableGet,
+	VariableSet,
+	// KeyName: UK2Node_InputAxisKeyEvent / UK2Node_InputKey.
+	InputAxisKeyEvent,
+	InputKey
+};
+
+struct FZorvekMCPBridgeNodeSpawnRequest
+{
+	EZorvekMCPBridgeNodeSpawnKind Kind = EZorvekMCPBridgeNodeSpawnKind::Branch;
+	FString ClassPath;
+	FString FunctionName;
+	FString EventName;
+	FString VariableName;
+	FString OwnerClassPath;
+	FString MacroLibraryPath;
+	FString MacroName;
+	FString KeyName;
+};
+
+// Why a spawn was refused. Every refusal leaves the graph as it was: a node made to check it is
+// removed again before the call returns.
+enum class EZorvekMCPBridgeNodeSpawnFailure : uint8
+{
+	None,
+	// The graph does not exist in the Blueprint.
+	GraphNotFound,
+	// What the request names could not be found by the engine (class, function, macro graph,
+	// variable, custom event, event function, key) when the node was made.
+	TargetNotFound,
+	// IsCompatibleWithGraph refused the node (input events outside an actor's event graph...).
+	IncompatibleGraph,
+	// The engine made no node.
+	NodeNotCreated,
+	// A PinDefaults key names no pin of the new node (FailedPinName; PinNames lists the pins).
+	UnknownPin,
+	// IsPinDefaultValid refused the value (FailedPinName, FailureReason).
+	InvalidPinDefault
+};
+
+struct FZorvekMCPBridgeNodeSpawnResult
+{
+	EZorvekMCPBridgeNodeSpawnFailure Failure = EZorvekMCPBridgeNodeSpawnFailure::None;
+	FString FailedPinName;
+	FString FailureReason;
+	// The new node's pins (names in pin order), for the unknown-pin message.
+	TArray<FString> PinNames;
+	// The node as placed (GUID, title, pins, kind data), with PinDefaults applied.
+	FZorvekMCPBridgeNodeSnapshot Node;
+	// An event spawner found an enabled node for the same event and returned it instead of
+	// placing a new one (an existing ghost node is replaced by a new node).
+	bool bReusedExistingNode = false;
+};
+
+// A pin default to set on the new node: a pin name (either direction; the first pin of that
+// name in pin order, without regard to case) and the value text.
+struct FZorvekMCPBridgePinDefault
+{
+	FString PinName;
+	FString Value;
+};
+
+// The pin of a node a connection uses: name and direction as the portable code found it.
+struct FZorvekMCPBridgePinReference
+{
+	FString NodeGuid;
+	FName PinName;
+	EZorvekMCPBridgePinDirection Direction = EZorvekMCPBridgePinDirection::Input;
+};
+
+// Mirrors ECanCreateConnectionResponse (same values).
+enum class EZorvekMCPBridgeConnectResponse : uint8
+{
+	Make = 0,
+	Disallow = 1,
+	BreakOthersA = 2,
+	BreakOthersB = 3,
+	BreakOthersAB = 4,
+	MakeWithConversionNode = 5,
+	MakeWithPromotion = 6
+};
+
+struct FZorvekMCPBridgeConnectResult
+{
+	// The schema's CanCreateConnection verdict and its message (empty for a plain MAKE).
+	EZorvekMCPBridgeConnectResponse Response = EZorvekMCPBridgeConnectResponse::Disallow;
+	FString Message;
+	// TryCreateConnection's answer.
+	bool bConnected = false;
+	// A conversion node the schema placed between the pins; empty otherwise.
+	FString ConversionNodeGuid;
+};
+
+// Mirrors EMessageSeverity as a compiler results log uses it.
+enum class EZorvekMCPBridgeCompileSeverity : uint8
+{
+	Error,
+	PerformanceWarning,
+	Warning,
+	Info
+};
+
+struct FZorvekMCPBridgeCompileMessage
+{
+	EZorvekMCPBridgeCompileSeverity Severity = EZorvekMCPBridgeCompileSeverity::Info;
+	// The engine's severity word (GetSeverityText: "Error", "Performance Warning", "Warning", "Info").
+	FString SeverityText;
+	// The tokenized message's ToText().
+	FString Text;
+};
+
+struct FZorvekMCPBridgeCompileResult
+{
+	// FCompilerResultsLog::NumErrors / NumWarnings of the fresh log the compile wrote.
+	int32 NumErrors = 0;
+	int32 NumWarnings = 0;
+	// Every message of the log, in order.
+	TArray<FZorvekMCPBridgeCompileMessage> Messages;
+	// Time spent in CompileBlueprint.
+	double DurationSeconds = 0.0;
+};
+
+// A key as FKey's details describe it.
+struct FZorvekMCPBridgeKeyInfo
+{
+	// The EKeys spelling (the lookup ignores case).
+	FString KeyName;
+	FString DisplayName;
+	bool bAxis1D = false;
+	bool bAnalog = false;
+	bool bBindableInBlueprints = false;
+	FString MenuCategory;
+};
+
+// A Blueprint-visible member variable (property) of a class, as a variable node would use it.
+struct FZorvekMCPBridgeClassVariableInfo
+{
+	FString Name;
+	// The class that declares it.
+	FString OwnerClassPath;
+	FZorvekMCPBridgePinType PinType;
+	bool bReadOnly = false;
+	// A component variable (an object property of an ActorComponent class).
+	bool bIsComponent = false;
+};
+
+// One action of the Blueprint editor's action menu that the node tools can place: what it makes
+// (Request, from which the portable code builds the canonical spawner id) and how the menu shows
+// it (FBlueprintActionUiSpec: MenuName, Category, Keywords). Pins are asked for separately
+// (GetNodeActionPins), only for the actions a search returns.
+struct FZorvekMCPBridgeNodeAction
+{
+	FZorvekMCPBridgeNodeSpawnRequest Request;
+	FString Title;
+	FString Category;
+	FString Keywords;
+	FString Tooltip;
+	EZorvekMCPBridgeNodeKind NodeKind = EZorvekMCPBridgeNodeKind::Unknown;
+	bool bPure = false;
+	bool bLatent = false;
+	// An action of the scoped Blueprint (its functions, variables, custom events, interfaces)
+	// rather than of the engine library.
+	bool bFromBlueprint = false;
+};
+
 class IZorvekMCPBridgeBlueprints
 {
 public:
@@ -371,6 +562,60 @@ public:
 	virtual void AttachComponentNode(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeObjectHandle Node, const FString& ParentComponentName) = 0;
 	// USimpleConstructionScript::RemoveNode: a node that failed halfway goes again.
 	virtual void RemoveComponentNode(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeObjectHandle Node) = 0;
+
+	// ---- Blueprints II ----
+
+	// Places the node the request describes in the graph, as the action menu's spawner does:
+	// NewObject in the graph, a new GUID, the position, PostPlacedNewNode, AllocateDefaultPins,
+	// IsCompatibleWithGraph checked before the node is added; then each pin default through the
+	// schema (TrySetDefaultValue after IsPinDefaultValid). Any refusal removes the node again and
+	// reports why. The caller marks the Blueprint structurally modified afterwards.
+	virtual FZorvekMCPBridgeNodeSpawnResult SpawnNode(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName,
+		const FZorvekMCPBridgeNodeSpawnRequest& Request, int32 PosX, int32 PosY, const TArray<FZorvekMCPBridgePinDefault>& PinDefaults) = 0;
+
+	// FBlueprintEditorUtils::RemoveNode (links broken); false when the node is not in the graph.
+	virtual bool RemoveNode(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& NodeGuid) = 0;
+
+	// The graph's schema TryCreateConnection between two existing pins (A = source, B = target),
+	// which marks the Blueprint modified when it changed something.
+	virtual FZorvekMCPBridgeConnectResult TryCreateConnection(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName,
+		const FZorvekMCPBridgePinReference& PinA, const FZorvekMCPBridgePinReference& PinB) = 0;
+
+	// Node Modify, then NodePosX / NodePosY. False when the node is not in the graph.
+	virtual bool SetNodePosition(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& NodeGuid, int32 PosX, int32 PosY) = 0;
+
+	// A UEdGraphNode_Comment: SetBounds to the rectangle (the caller has raised the sizes to at
+	// least 1), NodeComment, the font size only when above 0; graph Modify, AddNode (from the
+	// user interface, not selected), a new GUID, PostPlacedNewNode. The new node; an empty GUID
+	// when the graph does not exist.
+	virtual FZorvekMCPBridgeNodeSnapshot AddComment(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& CommentText,
+		int32 PosX, int32 PosY, int32 Width, int32 Height, int32 FontSize) = 0;
+
+	// FKismetEditorUtilities::CompileBlueprint(Blueprint, Flags, &Log) with a fresh
+	// FCompilerResultsLog; the Blueprint's status afterwards is read from ReadBlueprint.
+	virtual FZorvekMCPBridgeCompileResult Compile(FZorvekMCPBridgeObjectHandle Blueprint, uint32 CompileFlags) = 0;
+
+	// The macro graph names of a macro library Blueprint (object path), in MacroGraphs order.
+	// False when the library does not load.
+	virtual bool GetMacroGraphNames(const FString& LibraryObjectPath, TArray<FString>& OutMacroNames) const = 0;
+
+	// FKey(Name) and its details. False when the key does not resolve (IsValid false).
+	virtual bool GetKeyInfo(const FString& KeyName, FZorvekMCPBridgeKeyInfo& OutKey) const = 0;
+
+	// A Blueprint-visible property of the class (inherited ones included) by name without regard
+	// to case. False when the class does not load or has no such property.
+	virtual bool FindClassVariable(const FString& ClassPath, const FString& VariableName, FZorvekMCPBridgeClassVariableInfo& OutVariable) const = 0;
+
+	// The action catalogue: the engine library's actions (every loaded class's Blueprint-callable
+	// functions, events, casts and visible variables, the node-class actions such as Branch and
+	// Sequence, macros of the standard library, input events of bindable keys), and with a valid
+	// Blueprint also that Blueprint's own actions. Only actions the node tools can place.
+	virtual void GetNodeActions(FZorvekMCPBridgeObjectHandle BlueprintScope, TArray<FZorvekMCPBridgeNodeAction>& OutActions) const = 0;
+
+	// The pins the action's node will have (its template node's pins), in pin order; links empty.
+	// False when the request cannot be made into a node.
+	virtual bool GetNodeActionPins(FZorvekMCPBridgeObjectHandle BlueprintScope, const FZorvekMCPBridgeNodeSpawnRequest& Request,
+		TArray<FZorvekMCPBridgeGraphPinSnapshot>& OutPins) const = 0;
 
 	// FBlueprintEditorUtils::MarkBlueprintAsStructurallyModified / MarkBlueprintAsModified.
 	virtual void MarkStructurallyModified(FZorvekMCPBridgeObjectHandle Blueprint) = 0;

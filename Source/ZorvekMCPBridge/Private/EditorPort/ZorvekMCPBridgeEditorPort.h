@@ -9,6 +9,7 @@
 #include "EditorPort/ZorvekMCPBridgeObjectHandle.h"
 #include "EditorPort/ZorvekMCPBridgeObjectPort.h"
 #include "EditorPort/ZorvekMCPBridgeReflectionPort.h"
+#include "EditorPort/ZorvekMCPBridgeWorldPort.h"
 
 // Everything the tools read from or change in the live editor goes through this port. It speaks
 // in data (paths, names, handles, snapshots, error texts), one interface per domain. The editor
@@ -30,6 +31,7 @@ public:
 	virtual IZorvekMCPBridgeAssetAuthoring& GetAssetAuthoring() = 0;
 	virtual IZorvekMCPBridgeBlueprints& GetBlueprints() = 0;
 	virtual IZorvekMCPBridgeFunctions& GetFunctions() = 0;
+	virtual IZorvekMCPBridgeWorld& GetWorld() = 0;
 };
 
 // Creates the port of this build: defined once by the editor build (Editor/Port/) and once by

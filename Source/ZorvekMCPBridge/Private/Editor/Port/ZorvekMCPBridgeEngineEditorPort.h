@@ -108,6 +108,22 @@ public:
 	void RemoveComponentNode(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeObjectHandle Node) override;
 	void MarkStructurallyModified(FZorvekMCPBridgeObjectHandle Blueprint) override;
 	void MarkModified(FZorvekMCPBridgeObjectHandle Blueprint) override;
+
+	FZorvekMCPBridgeNodeSpawnResult SpawnNode(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName,
+		const FZorvekMCPBridgeNodeSpawnRequest& Request, int32 PosX, int32 PosY, const TArray<FZorvekMCPBridgePinDefault>& PinDefaults) override;
+	bool RemoveNode(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& NodeGuid) override;
+	FZorvekMCPBridgeConnectResult TryCreateConnection(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName,
+		const FZorvekMCPBridgePinReference& PinA, const FZorvekMCPBridgePinReference& PinB) override;
+	bool SetNodePosition(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& NodeGuid, int32 PosX, int32 PosY) override;
+	FZorvekMCPBridgeNodeSnapshot AddComment(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName, const FString& CommentText,
+		int32 PosX, int32 PosY, int32 Width, int32 Height, int32 FontSize) override;
+	FZorvekMCPBridgeCompileResult Compile(FZorvekMCPBridgeObjectHandle Blueprint, uint32 CompileFlags) override;
+	bool GetMacroGraphNames(const FString& LibraryObjectPath, TArray<FString>& OutMacroNames) const override;
+	bool GetKeyInfo(const FString& KeyName, FZorvekMCPBridgeKeyInfo& OutKey) const override;
+	bool FindClassVariable(const FString& ClassPath, const FString& VariableName, FZorvekMCPBridgeClassVariableInfo& OutVariable) const override;
+	void GetNodeActions(FZorvekMCPBridgeObjectHandle BlueprintScope, TArray<FZorvekMCPBridgeNodeAction>& OutActions) const override;
+	bool GetNodeActionPins(FZorvekMCPBridgeObjectHandle BlueprintScope, const FZorvekMCPBridgeNodeSpawnRequest& Request,
+		TArray<FZorvekMCPBridgeGraphPinSnapshot>& OutPins) const override;
 };
 
 class FZorvekMCPBridgeEngineFunctions : public IZorvekMCPBridgeFunctions
@@ -130,6 +146,33 @@ public:
 	bool IsExtensionEnabled(FZorvekMCPBridgeObjectHandle Extension) const override;
 };
 
+class FZorvekMCPBridgeEngineWorld : public IZorvekMCPBridgeWorld
+{
+public:
+	bool IsEditorAvailable() const override;
+	bool IsActorSubsystemAvailable() const override;
+	bool GetEditorWorld(FZorvekMCPBridgeWorldInfo& OutWorld) const override;
+	TArray<FZorvekMCPBridgeActorEntry> GetAllLevelActors() const override;
+	TArray<FZorvekMCPBridgeObjectHandle> GetSelectedLevelActors() const override;
+	bool ReadActor(FZorvekMCPBridgeObjectHandle Actor, FZorvekMCPBridgeActorSnapshot& OutActor) const override;
+	FZorvekMCPBridgeObjectHandle SpawnActorFromClass(const FString& ClassPath, const FZorvekMCPBridgeVector& Location, const FZorvekMCPBridgeRotator& Rotation) override;
+	void SetActorScale3D(FZorvekMCPBridgeObjectHandle Actor, const FZorvekMCPBridgeVector& Scale) override;
+	void SetActorLabel(FZorvekMCPBridgeObjectHandle Actor, const FString& Label) override;
+	void AddActorTags(FZorvekMCPBridgeObjectHandle Actor, const TArray<FName>& Tags) override;
+	void SetActorTransform(FZorvekMCPBridgeObjectHandle Actor, const FZorvekMCPBridgeTransform& Transform) override;
+	bool SetComponentRelativeTransform(FZorvekMCPBridgeObjectHandle Component, const FZorvekMCPBridgeTransform& Transform) override;
+	void SelectNothing() override;
+	void SetActorSelectionState(FZorvekMCPBridgeObjectHandle Actor, bool bSelected) override;
+	bool DestroyActors(const TArray<FZorvekMCPBridgeObjectHandle>& Actors) override;
+	FZorvekMCPBridgeViewportInfo GetActiveViewport() const override;
+	void FocusActiveViewportOnBox(const FZorvekMCPBridgeBox& Box) override;
+	bool ReadActiveViewportPixels(TArray<uint8>& OutBgraPixels, int32& OutWidth, int32& OutHeight) override;
+	TArray<uint8> CompressBgraToPng(int32 Width, int32 Height, const TArray<uint8>& BgraPixels) const override;
+	FZorvekMCPBridgePluginState GetPluginState(const FString& PluginName) const override;
+	bool ModuleExists(const FString& ModuleName) const override;
+	bool IsModuleLoaded(const FString& ModuleName) const override;
+};
+
 class FZorvekMCPBridgeEngineEditorPort : public IZorvekMCPBridgeEditorPort
 {
 public:
@@ -142,6 +185,7 @@ public:
 	IZorvekMCPBridgeAssetAuthoring& GetAssetAuthoring() override { return AssetAuthoring; }
 	IZorvekMCPBridgeBlueprints& GetBlueprints() override { return Blueprints; }
 	IZorvekMCPBridgeFunctions& GetFunctions() override { return Functions; }
+	IZorvekMCPBridgeWorld& GetWorld() override { return World; }
 
 	static UObject* ToObject(FZorvekMCPBridgeObjectHandle Handle);
 	static FZorvekMCPBridgeObjectHandle ToHandle(const UObject* Object);
@@ -154,4 +198,5 @@ private:
 	FZorvekMCPBridgeEngineAssetAuthoring AssetAuthoring;
 	FZorvekMCPBridgeEngineBlueprints Blueprints;
 	FZorvekMCPBridgeEngineFunctions Functions;
+	FZorvekMCPBridgeEngineWorld World;
 };

@@ -1,0 +1,37 @@
+// The world domain of the editor port over the simulated editor's level.
+// (Being built: until the simulated level lands it answers as an editor without a world.)
+#pragma once
+
+#include "CoreMinimal.h"
+#include "EditorPort/ZorvekMCPBridgeWorldPort.h"
+
+class FSimulatedEditor;
+
+class FSimulatedWorldPort : public IZorvekMCPBridgeWorld
+{
+public:
+	explicit FSimulatedWorldPort(FSimulatedEditor& InEditor);
+
+	bool IsEditorAvailable() const override;
+	bool IsActorSubsystemAvailable() const override;
+	bool GetEditorWorld(FZorvekMCPBridgeWorldInfo& OutWorld) const override;
+	TArray<FZorvekMCPBridgeActorEntry> GetAllLevelActors() const override;
+	TArray<FZorvekMCPBridgeObjectHandle> GetSelectedLevelActors() const override;
+	bool ReadActor(FZorvekMCPBridgeObjectHandle Actor, FZorvekMCPBridgeActorSnapshot& OutActor) const override;
+	FZorvekMCPBridgeObjectHandle SpawnActorFromClass(const FString& ClassPath, const FZorvekMCPBridgeVector& Location, const FZorvekMCPBridgeRotator& Rotation) override;
+	void SetActorScale3D(FZorvekMCPBridgeObjectHandle Actor, const FZorvekMCPBridgeVector& Scale) override;
+	void SetActorLabel(FZorvekMCPBridgeObjectHandle Actor, const FString& Label) override;
+	void AddActorTags(FZorvekMCPBridgeObjectHandle Actor, const TArray<FName>& Tags) override;
+	void SetActorTransform(FZorvekMCPBridgeObjectHandle Actor, const FZorvekMCPBridgeTransform& Transform) override;
+	bool SetComponentRelativeTransform(FZorvekMCPBridgeObjectHandle Component, const FZorvekMCPBridgeTransform& Transform) override;
+	void SelectNothing() override;
+	void SetActorSelectionState(FZorvekMCPBridgeObjectHandle Actor, bool bSelected) override;
+	bool DestroyActors(const TArray<FZorvekMCPBridgeObjectHandle>& Actors) override;
+	FZorvekMCPBridgeViewportInfo GetActiveViewport() const override;
+	void FocusActiveViewportOnBox(const FZorvekMCPBridgeBox& Box) override;
+	bool ReadActiveViewportPixels(TArray<uint8>& OutBgraPixels, int32& OutWidth, int32& OutHeight) override;
+	TArray<uint8> CompressBgraToPng(int32 Width, int32 Height, const TArray<uint8>& BgraPixels) const override;
+	FZorvekMCPBridgePluginState GetPluginState(const FString& PluginName) const override;
+	bool ModuleExists(const FString& ModuleName) const override;
+	bool IsModuleLoaded(const FString& ModuleName) const override;
+};
