@@ -38,6 +38,21 @@ namespace
 		return false;
 	}
 
+	bool HasSpawnerCustomEvent(const FZorvekMCPBridgeBlueprintSnapshot& Blueprint, const FString& EventName)
+	{
+		for (const FZorvekMCPBridgeGraphSnapshot& Graph : Blueprint.Graphs)
+		{
+			for (const FZorvekMCPBridgeNodeSnapshot& Node : Graph.Nodes)
+			{
+				if (Node.Kind == EZorvekMCPBridgeNodeKind::CustomEvent && Node.Data.CustomFunctionName.Equals(EventName, ESearchCase::IgnoreCase))
+				{
+					return true;
+				}
+			}
+		}
+		return false;
+	}
+
 	const TCHAR* const StandardFlowControlMacros[] = {TEXT("DoOnce"), TEXT("Gate"), TEXT("FlipFlop")};
 }
 
@@ -81,6 +96,11 @@ FString ZorvekMCPBridgeSpawnerIds::MakeCustomEventId(const FString& EventName)
 	return FString::Printf(TEXT("custom_event::%s"), *EventName);
 }
 
+FString ZorvekMCPBridgeSpawnerIds::MakeCustomEventCallId(const FString& EventName)
+{
+	return FString::Printf(TEXT("custom_event_call::%s"), *EventName);
+}
+
 FString ZorvekMCPBridgeSpawnerIds::MakeEventId(const FString& EventFunctionName)
 {
 	return FString::Printf(TEXT("event::%s"), *EventFunctionName);
@@ -121,6 +141,45 @@ FString ZorvekMCPBridgeSpawnerIds::MakeInputAxisKeyId(const FString& KeyName)
 	return FString::Printf(TEXT("input_axis_key::%s"), *KeyName);
 }
 
+FString ZorvekMCPBridgeSpawnerIds::MakeSpawnRequestId(const FZorvekMCPBridgeNodeSpawnRequest& Request)
+{
+	switch (Request.Kind)
+	{
+	case EZorvekMCPBridgeNodeSpawnKind::Branch:
+		return MakeBranchId();
+	case EZorvekMCPBridgeNodeSpawnKind::Sequence:
+		return MakeSequenceId();
+	case EZorvekMCPBridgeNodeSpawnKind::MacroInstance:
+		return MakeMacroId(Request.MacroLibraryPath, Request.MacroName);
+	case EZorvekMCPBridgeNodeSpawnKind::DynamicCast:
+		return MakeCastId(Request.ClassPath);
+	case EZorvekMCPBridgeNodeSpawnKind::CallFunction:
+		return MakeFunctionCallId(Request.ClassPath, Request.FunctionName);
+	case EZorvekMCPBridgeNodeSpawnKind::CallBlueprintFunction:
+		return MakeBlueprintFunctionId(Request.FunctionName);
+	case EZorvekMCPBridgeNodeSpawnKind::CustomEvent:
+		return MakeCustomEventId(Request.EventName);
+	case EZorvekMCPBridgeNodeSpawnKind::CustomEventCall:
+		return MakeCustomEventCallId(Request.EventName);
+	case EZorvekMCPBridgeNodeSpawnKind::Event:
+		return MakeEventId(Request.FunctionName);
+	case EZorvekMCPBridgeNodeSpawnKind::InterfaceEvent:
+		return MakeInterfaceEventId(Request.ClassPath, Request.FunctionName);
+	case EZorvekMCPBridgeNodeSpawnKind::VariableGet:
+	case EZorvekMCPBridgeNodeSpawnKind::VariableSet:
+	{
+		const bool bSet = Request.Kind == EZorvekMCPBridgeNodeSpawnKind::VariableSet;
+		return Request.OwnerClassPath.IsEmpty() ? MakeVariableId(bSet, Request.VariableName) : MakeExternalVariableId(bSet, Request.VariableName, Request.OwnerClassPath);
+	}
+	case EZorvekMCPBridgeNodeSpawnKind::InputAxisKeyEvent:
+		return MakeInputAxisKeyId(Request.KeyName);
+	case EZorvekMCPBridgeNodeSpawnKind::InputKey:
+		return MakeInputKeyId(Request.KeyName);
+	default:
+		return FString();
+	}
+}
+
 FString ZorvekMCPBridgeSpawnerIds::GetCalledFunctionClassPath(const FZorvekMCPBridgeNodeSnapshot& Node)
 {
 	// "/Script/Engine.Actor:K2_GetActorLocation": the function's outer is the declaring class.
@@ -136,6 +195,15 @@ FString ZorvekMCPBridgeSpawnerIds::GetCalledFunctionClassPath(const FZorvekMCPBr
 bool ZorvekMCPBridgeSpawnerIds::IsOwnFunctionCall(const FZorvekMCPBridgeBlueprintSnapshot& Blueprint, const FZorvekMCPBridgeNodeSnapshot& Node)
 {
 	if (Node.Kind != EZorvekMCPBridgeNodeKind::FunctionCall || !HasSpawnerFunctionGraph(Blueprint, Node.Data.MemberName))
+	{
+		return false;
+	}
+	return Node.Data.bSelfContext || IsBlueprintOwnClass(Blueprint, GetCalledFunctionClassPath(Node));
+}
+
+bool ZorvekMCPBridgeSpawnerIds::IsOwnCustomEventCall(const FZorvekMCPBridgeBlueprintSnapshot& Blueprint, const FZorvekMCPBridgeNodeSnapshot& Node)
+{
+	if (Node.Kind != EZorvekMCPBridgeNodeKind::FunctionCall || !HasSpawnerCustomEvent(Blueprint, Node.Data.MemberName))
 	{
 		return false;
 	}
@@ -243,6 +311,10 @@ FString ZorvekMCPBridgeSpawnerIds::GetNodeSpawnerId(const FZorvekMCPBridgeBluepr
 	case EZorvekMCPBridgeNodeKind::DynamicCast:
 		return MakeCastId(Data.CastTargetClassPath);
 	case EZorvekMCPBridgeNodeKind::FunctionCall:
+		if (IsOwnCustomEventCall(Blueprint, Node))
+		{
+			return MakeCustomEventCallId(Data.MemberName);
+		}
 		if (IsOwnFunctionCall(Blueprint, Node))
 		{
 			return MakeBlueprintFunctionId(Data.MemberName);

@@ -23,6 +23,8 @@ namespace ZorvekMCPBridgeSpawnerIds
 	// "cast::<class path>".
 	FString MakeCastId(const FString& TargetClassPath);
 	FString MakeCustomEventId(const FString& EventName);
+	// "custom_event_call::<name>": a call of one of the Blueprint's own custom events.
+	FString MakeCustomEventCallId(const FString& EventName);
 	// "event::<event function>", e.g. event::ReceiveBeginPlay.
 	FString MakeEventId(const FString& EventFunctionName);
 	// "interface_event::<interface class path>:<function>" and "interface_function::..." for an
@@ -37,6 +39,9 @@ namespace ZorvekMCPBridgeSpawnerIds
 	FString MakeMacroId(const FString& LibraryPackagePath, const FString& MacroName);
 	FString MakeInputKeyId(const FString& KeyName);
 	FString MakeInputAxisKeyId(const FString& KeyName);
+	// The id of the node a spawn request makes: the node tools place by it and the catalogue
+	// lists actions under it, so both name a node as the reader does.
+	FString MakeSpawnRequestId(const FZorvekMCPBridgeNodeSpawnRequest& Request);
 
 	// What the reader needs to tell node variants apart. All of them look only at the snapshot.
 
@@ -46,6 +51,9 @@ namespace ZorvekMCPBridgeSpawnerIds
 	// A call of a function the Blueprint itself declares (one of its function graphs), through
 	// self or through its own generated class.
 	bool IsOwnFunctionCall(const FZorvekMCPBridgeBlueprintSnapshot& Blueprint, const FZorvekMCPBridgeNodeSnapshot& Node);
+	// A call of a custom event the Blueprint itself declares (a custom event node in any of its
+	// graphs), through self or through its own generated class.
+	bool IsOwnCustomEventCall(const FZorvekMCPBridgeBlueprintSnapshot& Blueprint, const FZorvekMCPBridgeNodeSnapshot& Node);
 
 	enum class EVariableScope : uint8
 	{
