@@ -16,3 +16,13 @@ enum EBlendMode : int
 	BLEND_TranslucentColoredTransmittance,
 	BLEND_MAX
 };
+
+// Not in the reference notes beyond its use as a parameter type (ETeleportType::None); the
+// enumerators are the engine's, check against the engine.
+UENUM()
+enum class ETeleportType : uint8
+{
+	None,
+	TeleportPhysics,
+	ResetPhysics
+};

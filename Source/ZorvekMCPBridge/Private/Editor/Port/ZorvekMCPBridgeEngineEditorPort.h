@@ -6,7 +6,11 @@
 #include "EditorPort/ZorvekMCPBridgeBlueprintPort.h"
 #include "EditorPort/ZorvekMCPBridgeEditorPort.h"
 
+class AActor;
+class FLevelEditorViewportClient;
+class UEditorActorSubsystem;
 class UObject;
+class UWorld;
 
 class FZorvekMCPBridgeEngineAssetRegistry : public IZorvekMCPBridgeAssetRegistry
 {
@@ -171,6 +175,15 @@ public:
 	FZorvekMCPBridgePluginState GetPluginState(const FString& PluginName) const override;
 	bool ModuleExists(const FString& ModuleName) const override;
 	bool IsModuleLoaded(const FString& ModuleName) const override;
+
+private:
+	// The editor world context's world (never a play-in-editor world); null without GEditor.
+	static UWorld* GetEditorWorldObject();
+	static UEditorActorSubsystem* GetActorSubsystem();
+	// The handle's actor when it is a live actor of the editor world, else null.
+	static AActor* ToEditorActor(FZorvekMCPBridgeObjectHandle Handle);
+	// The client of the Level Editor's active viewport; null when no level editor is open.
+	static FLevelEditorViewportClient* GetActiveViewportClient();
 };
 
 class FZorvekMCPBridgeEngineEditorPort : public IZorvekMCPBridgeEditorPort
