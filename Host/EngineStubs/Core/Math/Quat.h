@@ -11,10 +11,7 @@ struct FQuat
 	double Z;
 	double W;
 
-	static const FQuat Identity;
-
 	FQuat();
-	explicit FQuat(const FRotator& R);
 
 	FRotator Rotator() const;
 };

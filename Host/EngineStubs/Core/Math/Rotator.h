@@ -14,7 +14,6 @@ struct FRotator
 	static const FRotator ZeroRotator;
 
 	FRotator();
-	explicit FRotator(EForceInit);
 	FRotator(double InPitch, double InYaw, double InRoll);
 
 	FQuat Quaternion() const;

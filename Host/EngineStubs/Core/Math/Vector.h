@@ -13,9 +13,5 @@ struct FVector
 	static const FVector OneVector;
 
 	FVector();
-	explicit FVector(EForceInit);
 	FVector(double InX, double InY, double InZ);
-
-	FVector operator+(const FVector& V) const;
-	FVector operator-(const FVector& V) const;
 };

@@ -25,8 +25,6 @@
 #include "UObject/Package.h"
 #include "UObject/UObjectGlobals.h"
 
-using namespace ZorvekMCPBridgeEngineWorldMath;
-
 namespace
 {
 	FZorvekMCPBridgeActorEntry EngineWorldMakeActorEntry(const AActor& Actor)
@@ -50,15 +48,15 @@ namespace
 		if (const USceneComponent* Scene = Cast<USceneComponent>(&Component))
 		{
 			Snapshot.bIsSceneComponent = true;
-			Snapshot.WorldTransform = FromEngine(Scene->GetComponentTransform());
-			Snapshot.RelativeTransform = FromEngine(Scene->GetRelativeTransform());
+			Snapshot.WorldTransform = ZorvekMCPBridgeEngineWorldMath::FromEngine(Scene->GetComponentTransform());
+			Snapshot.RelativeTransform = ZorvekMCPBridgeEngineWorldMath::FromEngine(Scene->GetRelativeTransform());
 		}
 		if (const UPrimitiveComponent* Primitive = Cast<UPrimitiveComponent>(&Component))
 		{
 			// Bounds is the component's world-space bounds as last updated (a public member, not
 			// a property; there is no GetBounds).
 			Snapshot.bIsPrimitiveComponent = true;
-			Snapshot.WorldBounds = FromEngine(Primitive->Bounds.GetBox());
+			Snapshot.WorldBounds = ZorvekMCPBridgeEngineWorldMath::FromEngine(Primitive->Bounds.GetBox());
 		}
 		if (const UStaticMeshComponent* StaticMeshComponent = Cast<UStaticMeshComponent>(&Component))
 		{
@@ -169,16 +167,16 @@ bool FZorvekMCPBridgeEngineWorld::ReadActor(FZorvekMCPBridgeObjectHandle ActorHa
 	if (const USceneComponent* Root = Actor->GetRootComponent())
 	{
 		OutActor.bHasRootComponent = true;
-		OutActor.RootTransform = FromEngine(Root->GetComponentTransform());
+		OutActor.RootTransform = ZorvekMCPBridgeEngineWorldMath::FromEngine(Root->GetComponentTransform());
 	}
 
 	// All components, colliding or not, editor-only sprites included; no child actors. An actor
 	// without primitives gives a zero origin and extent, so the box alone cannot say whether it
 	// is empty: the components' box (which GetActorBounds is built from) tells.
-	FVector Origin(ForceInit);
-	FVector Extent(ForceInit);
+	FVector Origin = FVector::ZeroVector;
+	FVector Extent = FVector::ZeroVector;
 	Actor->GetActorBounds(false, Origin, Extent, false);
-	OutActor.Bounds = FromEngine(FBox(Origin - Extent, Origin + Extent));
+	OutActor.Bounds = ZorvekMCPBridgeEngineWorldMath::FromEngine(FBox::BuildAABB(Origin, Extent));
 	OutActor.Bounds.bIsValid = Actor->GetComponentsBoundingBox(true, false).IsValid != 0;
 
 	for (UActorComponent* Component : Actor->GetComponents())
@@ -210,7 +208,7 @@ FZorvekMCPBridgeObjectHandle FZorvekMCPBridgeEngineWorld::SpawnActorFromClass(co
 	}
 	// Places through the class's actor factory into the current level, with its default label;
 	// it does not select the new actor.
-	AActor* Actor = ActorSubsystem->SpawnActorFromClass(Class, ToEngine(Location), ToEngine(Rotation), false);
+	AActor* Actor = ActorSubsystem->SpawnActorFromClass(Class, ZorvekMCPBridgeEngineWorldMath::ToEngine(Location), ZorvekMCPBridgeEngineWorldMath::ToEngine(Rotation), false);
 	return FZorvekMCPBridgeEngineEditorPort::ToHandle(Actor);
 }
 
@@ -218,7 +216,7 @@ void FZorvekMCPBridgeEngineWorld::SetActorScale3D(FZorvekMCPBridgeObjectHandle A
 {
 	if (AActor* Actor = ToEditorActor(ActorHandle))
 	{
-		Actor->SetActorScale3D(ToEngine(Scale));
+		Actor->SetActorScale3D(ZorvekMCPBridgeEngineWorldMath::ToEngine(Scale));
 	}
 }
 
@@ -251,7 +249,7 @@ void FZorvekMCPBridgeEngineWorld::SetActorTransform(FZorvekMCPBridgeObjectHandle
 	if (AActor* Actor = ToEditorActor(ActorHandle))
 	{
 		// Moves the root component; an actor without one stays where it is.
-		Actor->SetActorTransform(ToEngine(Transform), false, nullptr, ETeleportType::None);
+		Actor->SetActorTransform(ZorvekMCPBridgeEngineWorldMath::ToEngine(Transform), false, nullptr, ETeleportType::None);
 	}
 }
 
@@ -263,7 +261,7 @@ bool FZorvekMCPBridgeEngineWorld::SetComponentRelativeTransform(FZorvekMCPBridge
 	{
 		return false;
 	}
-	Component->SetRelativeTransform(ToEngine(Transform), false, nullptr, ETeleportType::None);
+	Component->SetRelativeTransform(ZorvekMCPBridgeEngineWorldMath::ToEngine(Transform), false, nullptr, ETeleportType::None);
 	// SetRelativeTransform has already updated the world transforms down the hierarchy; the
 	// explicit update (the world tools ask for it) is harmless.
 	Component->UpdateComponentToWorld();
