@@ -653,15 +653,6 @@ void FSimulatedBlueprints::MarkStructurallyModified(FSimulatedBlueprint& Bluepri
 	MarkModified(Blueprint);
 }
 
-void FSimulatedBlueprints::Compile(FSimulatedBlueprint& Blueprint)
-{
-	Blueprint.bBeingCompiled = true;
-	RegenerateClass(Blueprint, *Blueprint.SkeletonClass, true);
-	RegenerateClass(Blueprint, *Blueprint.GeneratedClass, false);
-	Blueprint.bBeingCompiled = false;
-	Blueprint.Status = EZorvekMCPBridgeBlueprintStatus::UpToDate;
-}
-
 void FSimulatedBlueprints::RegenerateClass(FSimulatedBlueprint& Blueprint, FSimulatedType& Class, bool bSkeleton)
 {
 	// Everything derived from the class sees the new members, and objects keep their values by

@@ -46,6 +46,9 @@ struct FSimulatedPin
 	bool bHidden = false;
 	bool bNotConnectable = false;
 	bool bAdvancedView = false;
+	// A pin its node no longer declares, kept by a reconstruction because it was linked or held
+	// a value of its own.
+	bool bOrphanedPin = false;
 	FSimulatedNode* OwningNode = nullptr;
 	std::vector<FSimulatedPin*> LinkedTo;
 
@@ -199,6 +202,68 @@ struct FSimulatedBlueprint
 	int32 FindNewVariableIndex(const FString& VarName) const;
 };
 
+// ECanCreateConnectionResponse, in declaration order.
+enum class ESimulatedConnectResponse : uint8
+{
+	Make,
+	Disallow,
+	BreakOthersA,
+	BreakOthersB,
+	BreakOthersAB,
+	MakeWithConversionNode,
+	MakeWithPromotion
+};
+
+// FPinConnectionResponse.
+struct FSimulatedConnectionResponse
+{
+	ESimulatedConnectResponse Response = ESimulatedConnectResponse::Make;
+	FString Message;
+
+	bool CanSafeConnect() const { return Response != ESimulatedConnectResponse::Disallow; }
+};
+
+// EMessageSeverity as a compiler results log uses it.
+enum class ESimulatedMessageSeverity : uint8
+{
+	Error,
+	PerformanceWarning,
+	Warning,
+	Info
+};
+
+// One message of a compiler results log: the tokenized text as ToText() joins it, and the node
+// it annotates (its GUID; empty when the message names none).
+struct FSimulatedCompilerMessage
+{
+	ESimulatedMessageSeverity Severity = ESimulatedMessageSeverity::Info;
+	FString Text;
+	FString NodeGuid;
+};
+
+// FCompilerResultsLog: messages in order and the counters the Blueprint status is taken from.
+struct FSimulatedCompilerResultsLog
+{
+	TArray<FSimulatedCompilerMessage> Messages;
+	int32 NumErrors = 0;
+	int32 NumWarnings = 0;
+
+	// GetSeverityText: Error, Performance Warning, Warning, Info.
+	static const TCHAR* GetSeverityText(ESimulatedMessageSeverity Severity);
+};
+
+// What placing a node from a spawn request did: the node (a new one, or the enabled event node
+// that already implements the event), or why nothing was placed. Ghost nodes a new event node
+// replaces are listed and stay until FinishSpawn, so a refusal after the spawn can still leave the
+// graph as it was.
+struct FSimulatedSpawnOutcome
+{
+	FSimulatedNode* Node = nullptr;
+	EZorvekMCPBridgeNodeSpawnFailure Failure = EZorvekMCPBridgeNodeSpawnFailure::None;
+	bool bReusedExistingNode = false;
+	std::vector<FSimulatedNode*> GhostsToReplace;
+};
+
 // One user-declared pin, as the node library takes it.
 struct FSimulatedPinSpec
 {
@@ -230,9 +295,7 @@ public:
 	// Every Blueprint, in creation order.
 	std::vector<FSimulatedBlueprint*> GetBlueprints() const;
 
-	// A full compile: the skeleton and the generated class rebuilt from the Blueprint, the
-	// default object's values kept by name, pin defaults of variables imported; status
-	// UpToDate. (Compile messages are not modelled yet.)
+	// A full compile with a log of its own (see Compile with a log below).
 	void Compile(FSimulatedBlueprint& Blueprint);
 	// MarkBlueprintAsStructurallyModified: skeleton regenerated, then MarkModified.
 	void MarkStructurallyModified(FSimulatedBlueprint& Blueprint);
@@ -320,6 +383,10 @@ public:
 	// skeleton class, components included). Null when the variable does not exist.
 	FSimulatedNode* AddVariableGetNode(FSimulatedGraph& Graph, const FString& VariableName, int32 PosX, int32 PosY);
 	FSimulatedNode* AddVariableSetNode(FSimulatedGraph& Graph, const FString& VariableName, int32 PosX, int32 PosY);
+	// Get / Set of a Blueprint-visible property of another class (found with inherited ones, owned
+	// by the class that declares it): its self pin is visible and takes the object. Null when the
+	// class has no such property.
+	FSimulatedNode* AddExternalVariableNode(FSimulatedGraph& Graph, const FSimulatedType& Class, const FString& VariableName, bool bSet, int32 PosX, int32 PosY);
 	FSimulatedNode* AddMacroInstanceNode(FSimulatedGraph& Graph, FSimulatedGraph& MacroGraph, int32 PosX, int32 PosY);
 	FSimulatedNode* AddInputKeyNode(FSimulatedGraph& Graph, const FString& KeyName, int32 PosX, int32 PosY);
 	FSimulatedNode* AddInputAxisKeyNode(FSimulatedGraph& Graph, const FString& KeyName, int32 PosX, int32 PosY);
@@ -342,11 +409,76 @@ public:
 	// FKey display names (long), for the input nodes; the raw name for unknown keys.
 	static FString GetKeyDisplayName(const FString& KeyName);
 
+	// ---- Spawning from a request (SimulatedBlueprintSpawning.cpp) ----
+
+	// The action menu's spawner for the request: what it names is looked up as the engine looks
+	// it up (FName lookups ignore case; the node keeps the engine's spelling), IsCompatibleWithGraph
+	// is checked before anything is made, and event spawners return the enabled node that already
+	// implements the event.
+	FSimulatedSpawnOutcome SpawnNode(FSimulatedGraph& Graph, const FZorvekMCPBridgeNodeSpawnRequest& Request, int32 PosX, int32 PosY);
+	// Removes the ghost nodes (and their ghost parent calls) a new event node replaces.
+	void FinishSpawn(FSimulatedGraph& Graph, const FSimulatedSpawnOutcome& Outcome);
+	// The template node of an action (as the action database spawns one into a private graph): the
+	// node with its pins, in no graph of the Blueprint; GUID and name counters untouched. Null when
+	// the request cannot be made into a node.
+	std::unique_ptr<FSimulatedNode> MakeTemplateNode(FSimulatedBlueprint* Scope, const FZorvekMCPBridgeNodeSpawnRequest& Request);
+	// The spelling the engine keeps for a variable of the Blueprint (its NewVariables, components
+	// or inherited properties); empty when there is none.
+	FString FindVariableSpelling(const FSimulatedBlueprint& Blueprint, const FString& VariableName) const;
+
+	// ---- The K2 schema (SimulatedBlueprintSchema.cpp) ----
+
+	// UEdGraphSchema_K2::CanCreateConnection: the checks in the engine's order and its texts.
+	FSimulatedConnectionResponse CanCreateConnection(const FSimulatedPin& A, const FSimulatedPin& B) const;
+	// UEdGraphSchema_K2::TryCreateConnection: acts on the response (old links broken for one-link
+	// pins, a conversion node spawned between the pins), tells the nodes their links changed and
+	// marks the Blueprint modified when something changed. False when refused. OutConversionNode
+	// is the conversion node when one was made.
+	bool TryCreateConnection(FSimulatedPin& A, FSimulatedPin& B, FSimulatedNode** OutConversionNode = nullptr);
+	// ArePinTypesCompatible(Output, Input, CallingContext, bIgnoreArray).
+	bool ArePinTypesCompatible(const FZorvekMCPBridgePinType& Output, const FZorvekMCPBridgePinType& Input, const FSimulatedType* CallingContext, bool bIgnoreArray = false) const;
+	// UEdGraphSchema_K2::TypeToText: "Integer", "Actor Object Reference", "Array of Floats".
+	FString TypeToText(const FZorvekMCPBridgePinType& PinType) const;
+	// The BlueprintAutocast library function that converts Output into Input; null when none.
+	const FSimulatedFunction* FindAutocastFunction(const FZorvekMCPBridgePinType& Output, const FZorvekMCPBridgePinType& Input) const;
+	// IsPinDefaultValid: empty when the value may be the pin's default, else the schema's reason.
+	FString IsPinDefaultValid(const FSimulatedPin& Pin, const FString& Value) const;
+	// TrySetDefaultValue: a valid value becomes the pin's default (object pins take the object,
+	// text pins the text) and the Blueprint is marked modified; an invalid one is ignored, as the
+	// engine ignores it. Returns whether it was set.
+	bool TrySetDefaultValue(FSimulatedPin& Pin, const FString& Value);
+	// The calling context of a graph's connections: the Blueprint's skeleton class, else its
+	// parent class.
+	const FSimulatedType* GetCallingContext(const FSimulatedGraph& Graph) const;
+	// UEdGraphPin::GetDisplayName: the friendly name, else the name made readable; "Target" for self.
+	static FString GetPinDisplayName(const FSimulatedPin& Pin);
+	// GetNodeTitle(ListView): what the compiler log and the action menu's list show.
+	FString GetNodeListTitle(const FSimulatedNode& Node) const;
+
+	// ---- The compiler (SimulatedBlueprintCompiler.cpp) ----
+
+	// FKismetEditorUtilities::CompileBlueprint with a fresh results log: nodes reconstructed
+	// against the current members, the skeleton class rebuilt, every graph pruned and its kept
+	// nodes checked, the generated class rebuilt (default object values kept by name), status
+	// Error, UpToDateWithWarnings or UpToDate from the log's counters. OutLog, when given, gets
+	// the messages.
+	void Compile(FSimulatedBlueprint& Blueprint, FSimulatedCompilerResultsLog* OutLog);
+	// ReconstructNode for the node kinds that depend on members (variable and call nodes): pins
+	// made again from the current variable or function; links and own values move to the pin of
+	// the same name; a pin that is gone stays as an orphaned pin when it was linked or held a value
+	// of its own.
+	void ReconstructNode(FSimulatedNode& Node);
+
 	FSimulatedEditor& GetEditor() const { return Editor; }
 	// A class of the model (EdGraph, SCS_Node, ...), made on first use when the project lacks it.
 	FSimulatedType* FindOrAddModelClass(const FString& Path, const FString& SuperPath);
 
 private:
+	// The scratch node the reconstruction takes fresh pins from: made by the node library and
+	// taken out of the graph again, GUID and name counters restored.
+	std::unique_ptr<FSimulatedNode> MakeScratchNode(FSimulatedGraph& Graph, const FSimulatedNode& Node);
+	void PinConnectionListChanged(FSimulatedPin& Pin);
+	FSimulatedNode* SpawnConversionNode(FSimulatedPin& OutputPin, FSimulatedPin& InputPin, const FSimulatedFunction& Function);
 	FSimulatedNode* NewNode(FSimulatedGraph& Graph, const TCHAR* NodeClass, EZorvekMCPBridgeNodeKind Kind, int32 PosX, int32 PosY);
 	FSimulatedPin* AddPin(FSimulatedNode& Node, const TCHAR* PinName, EZorvekMCPBridgePinDirection Direction, const FZorvekMCPBridgePinType& PinType);
 	void CreateFunctionEntryNode(FSimulatedGraph& Graph, const FSimulatedFunction* Signature, const FString& FunctionName);

@@ -4,6 +4,7 @@
 
 #include "SimulatedEditor.h"
 #include "SimulatedKeys.h"
+#include "EditorPort/ZorvekMCPBridgeReflectionPort.h"
 
 namespace
 {
@@ -474,6 +475,57 @@ FSimulatedNode* FSimulatedBlueprints::AddVariableGetNode(FSimulatedGraph& Graph,
 FSimulatedNode* FSimulatedBlueprints::AddVariableSetNode(FSimulatedGraph& Graph, const FString& VariableName, int32 PosX, int32 PosY)
 {
 	return AddVariableNode(Graph, VariableName, true, PosX, PosY);
+}
+
+FSimulatedNode* FSimulatedBlueprints::AddExternalVariableNode(FSimulatedGraph& Graph, const FSimulatedType& Class, const FString& VariableName, bool bSet, int32 PosX, int32 PosY)
+{
+	const FSimulatedProperty* Property = nullptr;
+	FSimulatedType* Owner = nullptr;
+	for (const FSimulatedType* Current = &Class; Current && !Property; Current = Current->Super)
+	{
+		for (const std::shared_ptr<FSimulatedProperty>& Candidate : Current->OwnProperties)
+		{
+			if (Candidate->Name.Equals(VariableName, ESearchCase::IgnoreCase) && (Candidate->Flags & ZorvekMCPBridgePropertyFlags::BlueprintVisible) != 0)
+			{
+				Property = Candidate.get();
+				Owner = const_cast<FSimulatedType*>(Current);
+				break;
+			}
+		}
+	}
+	FZorvekMCPBridgePinType VariableType;
+	if (!Property || !GetPinTypeFromProperty(*Property, VariableType))
+	{
+		return nullptr;
+	}
+	VariableType.bIsReference = false;
+	VariableType.bIsConst = false;
+	FSimulatedNode* Node = bSet ? NewNode(Graph, TEXT("K2Node_VariableSet"), EZorvekMCPBridgeNodeKind::VariableSet, PosX, PosY)
+								: NewNode(Graph, TEXT("K2Node_VariableGet"), EZorvekMCPBridgeNodeKind::VariableGet, PosX, PosY);
+	// The engine's spelling of the member, whatever case the request used.
+	const FString& Name = Property->Name;
+	Node->Data.VariableName = Name;
+	Node->Data.bVariableSelfContext = false;
+	Node->Data.VariableOwnerClassPath = Owner->GetPathName();
+	Node->Data.VariableOwnerClassName = Owner->Name;
+	if (const FSimulatedBlueprint* OwnerBlueprint = FindBlueprintByClass(Owner))
+	{
+		Node->Data.VariableOwnerBlueprintPath = OwnerBlueprint->Object->GetPathName();
+	}
+	if (bSet)
+	{
+		AddPin(*Node, TEXT("execute"), EZorvekMCPBridgePinDirection::Input, SimNodeExec());
+		AddPin(*Node, TEXT("then"), EZorvekMCPBridgePinDirection::Output, SimNodeExec());
+		AddPin(*Node, *Name, EZorvekMCPBridgePinDirection::Input, VariableType);
+		AddPin(*Node, TEXT("Output_Get"), EZorvekMCPBridgePinDirection::Output, VariableType);
+	}
+	else
+	{
+		AddPin(*Node, *Name, EZorvekMCPBridgePinDirection::Output, VariableType);
+	}
+	FSimulatedPin* Self = AddPin(*Node, TEXT("self"), EZorvekMCPBridgePinDirection::Input, SimNodePinType(TEXT("object"), nullptr, Owner));
+	Self->FriendlyName = TEXT("Target");
+	return Node;
 }
 
 FSimulatedNode* FSimulatedBlueprints::AddMacroInstanceNode(FSimulatedGraph& Graph, FSimulatedGraph& MacroGraph, int32 PosX, int32 PosY)

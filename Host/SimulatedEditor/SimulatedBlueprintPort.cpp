@@ -68,6 +68,51 @@ FSimulatedBlueprint* FSimulatedBlueprintPort::FindBlueprint(FZorvekMCPBridgeObje
 	return GetModel().FindBlueprint(FSimulatedEditorPort::ToObject(Handle));
 }
 
+FZorvekMCPBridgeNodeSnapshot FSimulatedBlueprintPort::SnapshotNode(const FSimulatedBlueprint& Blueprint, const FSimulatedNode& Node) const
+{
+	const FSimulatedBlueprints& Model = GetModel();
+	FZorvekMCPBridgeNodeSnapshot NodeSnapshot;
+	NodeSnapshot.NodeGuid = Node.NodeGuid;
+	NodeSnapshot.NodeClass = Node.NodeClass;
+	NodeSnapshot.Title = Model.GetNodeTitle(Node);
+	NodeSnapshot.PosX = Node.PosX;
+	NodeSnapshot.PosY = Node.PosY;
+	NodeSnapshot.Width = Node.Width;
+	NodeSnapshot.Height = Node.Height;
+	NodeSnapshot.Comment = Node.NodeComment;
+	NodeSnapshot.bEnabled = Node.EnabledState == ESimulatedNodeEnabledState::Enabled;
+	NodeSnapshot.Kind = Node.Kind;
+	NodeSnapshot.Data = Node.Data;
+	if (Node.Kind == EZorvekMCPBridgeNodeKind::FunctionCall)
+	{
+		// The function as it resolves now, through the class the reference names.
+		const FSimulatedType* Owner = Editor.FindTypeByPath(Node.Data.MemberParentClassPath);
+		const FSimulatedFunction* Function = Owner ? Owner->FindFunction(Node.Data.MemberName) : nullptr;
+		NodeSnapshot.Data.FunctionPath = Function && Function->Owner ? Function->Owner->GetPathName() + TEXT(":") + Function->Name : FString();
+	}
+	if (Node.Kind == EZorvekMCPBridgeNodeKind::VariableGet || Node.Kind == EZorvekMCPBridgeNodeKind::VariableSet)
+	{
+		// A variable that no longer exists has no owner to report.
+		FZorvekMCPBridgePinType VariableType;
+		FString VariableGuid;
+		FSimulatedType* Owner = nullptr;
+		const FSimulatedType* ExternalOwner = Node.Data.bVariableSelfContext ? nullptr : Editor.FindTypeByPath(Node.Data.VariableOwnerClassPath);
+		const bool bExists = Node.Data.bVariableSelfContext ? Model.FindVariableType(Blueprint, Node.Data.VariableName, VariableType, VariableGuid, Owner)
+															: (ExternalOwner && ExternalOwner->FindPropertyIndex(Node.Data.VariableName) != INDEX_NONE);
+		if (!bExists)
+		{
+			NodeSnapshot.Data.VariableOwnerClassPath.Reset();
+			NodeSnapshot.Data.VariableOwnerClassName.Reset();
+			NodeSnapshot.Data.VariableOwnerBlueprintPath.Reset();
+		}
+	}
+	for (const std::unique_ptr<FSimulatedPin>& Pin : Node.Pins)
+	{
+		NodeSnapshot.Pins.Add(SimPortPinSnapshot(*Pin));
+	}
+	return NodeSnapshot;
+}
+
 bool FSimulatedBlueprintPort::ReadBlueprint(FZorvekMCPBridgeObjectHandle Handle, FZorvekMCPBridgeBlueprintSnapshot& OutSnapshot) const
 {
 	const FSimulatedBlueprint* Blueprint = FindBlueprint(Handle);
@@ -99,42 +144,7 @@ bool FSimulatedBlueprintPort::ReadBlueprint(FZorvekMCPBridgeObjectHandle Handle,
 		GraphSnapshot.InterfaceClassPath = Graph->InterfaceClass ? Graph->InterfaceClass->GetPathName() : FString();
 		for (const std::unique_ptr<FSimulatedNode>& Node : Graph->Nodes)
 		{
-			FZorvekMCPBridgeNodeSnapshot& NodeSnapshot = GraphSnapshot.Nodes.Emplace_GetRef();
-			NodeSnapshot.NodeGuid = Node->NodeGuid;
-			NodeSnapshot.NodeClass = Node->NodeClass;
-			NodeSnapshot.Title = Model.GetNodeTitle(*Node);
-			NodeSnapshot.PosX = Node->PosX;
-			NodeSnapshot.PosY = Node->PosY;
-			NodeSnapshot.Width = Node->Width;
-			NodeSnapshot.Height = Node->Height;
-			NodeSnapshot.Comment = Node->NodeComment;
-			NodeSnapshot.bEnabled = Node->EnabledState == ESimulatedNodeEnabledState::Enabled;
-			NodeSnapshot.Kind = Node->Kind;
-			NodeSnapshot.Data = Node->Data;
-			if (Node->Kind == EZorvekMCPBridgeNodeKind::FunctionCall)
-			{
-				// The function as it resolves now, through the class the reference names.
-				const FSimulatedType* Owner = Editor.FindTypeByPath(Node->Data.MemberParentClassPath);
-				const FSimulatedFunction* Function = Owner ? Owner->FindFunction(Node->Data.MemberName) : nullptr;
-				NodeSnapshot.Data.FunctionPath = Function && Function->Owner ? Function->Owner->GetPathName() + TEXT(":") + Function->Name : FString();
-			}
-			if (Node->Kind == EZorvekMCPBridgeNodeKind::VariableGet || Node->Kind == EZorvekMCPBridgeNodeKind::VariableSet)
-			{
-				// A variable that no longer exists has no owner to report.
-				FZorvekMCPBridgePinType VariableType;
-				FString VariableGuid;
-				FSimulatedType* Owner = nullptr;
-				if (!Model.FindVariableType(*Blueprint, Node->Data.VariableName, VariableType, VariableGuid, Owner))
-				{
-					NodeSnapshot.Data.VariableOwnerClassPath.Reset();
-					NodeSnapshot.Data.VariableOwnerClassName.Reset();
-					NodeSnapshot.Data.VariableOwnerBlueprintPath.Reset();
-				}
-			}
-			for (const std::unique_ptr<FSimulatedPin>& Pin : Node->Pins)
-			{
-				NodeSnapshot.Pins.Add(SimPortPinSnapshot(*Pin));
-			}
+			GraphSnapshot.Nodes.Add(SnapshotNode(*Blueprint, *Node));
 		}
 	}
 

@@ -8,6 +8,8 @@ class FSimulatedAssetAuthoring;
 class FSimulatedEditor;
 class FSimulatedBlueprints;
 struct FSimulatedBlueprint;
+struct FSimulatedNode;
+struct FSimulatedGraph;
 
 class FSimulatedBlueprintPort : public IZorvekMCPBridgeBlueprints
 {
@@ -58,6 +60,10 @@ public:
 
 private:
 	FSimulatedBlueprint* FindBlueprint(FZorvekMCPBridgeObjectHandle Handle) const;
+	// The node as ReadBlueprint reports it.
+	FZorvekMCPBridgeNodeSnapshot SnapshotNode(const FSimulatedBlueprint& Blueprint, const FSimulatedNode& Node) const;
+	// The graph of that name in the Blueprint; null when either is missing.
+	FSimulatedGraph* FindGraph(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName) const;
 	FSimulatedBlueprints& GetModel() const;
 	// MarkBlueprintAsModified dirties the package: done after each edit that left the Blueprint Dirty.
 	void DirtyPackageIfModified(const FSimulatedBlueprint* Blueprint);
