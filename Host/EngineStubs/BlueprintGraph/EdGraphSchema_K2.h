@@ -5,6 +5,8 @@
 #include "EdGraph/EdGraphSchema.h"
 #include "UObject/ObjectMacros.h"
 
+class FProperty;
+class UEdGraphPin;
 class UFunction;
 
 UCLASS()
@@ -39,6 +41,16 @@ public:
 	static const FName PSC_Self;
 	static const FName PSC_Index;
 	static const FName PSC_Bitmask;
+
+	virtual bool TryCreateConnection(UEdGraphPin* A, UEdGraphPin* B) const;
+	virtual const FPinConnectionResponse CanCreateConnection(const UEdGraphPin* A, const UEdGraphPin* B) const;
+	virtual void TrySetDefaultValue(UEdGraphPin& Pin, const FString& NewDefaultValue, bool bMarkAsModified = true) const;
+	virtual FString IsPinDefaultValid(const UEdGraphPin* Pin, const FString& NewDefaultValue, TObjectPtr<UObject> NewDefaultObject, const FText& InNewDefaultText) const;
+	bool ConvertPropertyToPinType(const FProperty* Property, /*out*/ FEdGraphPinType& TypeOut) const;
+	// Not in the reference notes (unreal-behaviour-blueprints.md §3.5 names it); check against the
+	// engine.
+	void GetPinDefaultValuesFromString(const FEdGraphPinType& PinType, UObject* OwningObject, const FString& NewValue, FString& UseDefaultValue,
+		TObjectPtr<UObject>& UseDefaultObject, FText& UseDefaultText, bool bPreserveTextIdentity = true) const;
 
 	static bool FunctionCanBePlacedAsEvent(const UFunction* InFunction);
 	static bool CanUserKismetCallFunction(const UFunction* Function);

@@ -33,3 +33,10 @@ struct FKey
 	FName GetFName() const;
 	FName GetMenuCategory() const;
 };
+
+struct EKeys
+{
+	static void GetAllKeys(TArray<FKey>& OutKeys);
+	// Not in the reference notes; check against the engine.
+	static FText GetMenuCategoryDisplayName(const FName CategoryName);
+};

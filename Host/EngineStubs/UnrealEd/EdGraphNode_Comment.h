@@ -36,6 +36,7 @@ public:
 	TEnumAsByte<ECommentBoxMode::Type> MoveMode;
 	int32 CommentDepth;
 
+	UNREALED_API void SetBounds(const class FSlateRect& Rect);
 	UNREALED_API const FCommentNodeSet& GetNodesUnderComment() const;
 	UNREALED_API void AddNodeUnderComment(UObject* Object);
 	UNREALED_API void ClearNodesUnderComment();

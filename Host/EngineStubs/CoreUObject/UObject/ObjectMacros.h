@@ -106,5 +106,6 @@ ENUM_CLASS_FLAGS(EPropertyFlags)
 enum EFunctionFlags : uint32
 {
 	FUNC_None = 0x00000000,
+	FUNC_BlueprintPure = 0x10000000,
 };
 ENUM_CLASS_FLAGS(EFunctionFlags)

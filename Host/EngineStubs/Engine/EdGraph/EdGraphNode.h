@@ -87,6 +87,9 @@ public:
 	virtual void DestroyNode();
 	virtual void PostPlacedNewNode();
 	virtual FText GetNodeTitle(ENodeTitleType::Type TitleType) const;
+	virtual FText GetTooltipText() const;
+	// Not in the reference notes; check against the engine.
+	virtual bool IsCompatibleWithGraph(const UEdGraph* TargetGraph) const;
 	void CreateNewGuid();
 	bool IsNodeEnabled() const;
 	void SetEnabledState(ENodeEnabledState NewState, bool bUserAction = true);

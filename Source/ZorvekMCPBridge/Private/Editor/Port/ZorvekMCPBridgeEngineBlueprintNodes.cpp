@@ -270,6 +270,11 @@ FString ZorvekMCPBridgeEngineBlueprintNodes::GetGeneratingBlueprintPath(UClass* 
 	return Class ? ZorvekMCPBridgeEngineBlueprintNodesLocal::PathOrEmpty(UBlueprint::GetBlueprintFromClass(Class)) : FString();
 }
 
+FZorvekMCPBridgeGraphPinSnapshot ZorvekMCPBridgeEngineBlueprintNodes::MakeGraphPinSnapshot(const UEdGraphPin& Pin)
+{
+	return ZorvekMCPBridgeEngineBlueprintNodesLocal::MakeGraphPinSnapshot(Pin);
+}
+
 FZorvekMCPBridgeNodeSnapshot ZorvekMCPBridgeEngineBlueprintNodes::MakeNodeSnapshot(const UBlueprint& Blueprint, const UEdGraphNode& Node)
 {
 	FZorvekMCPBridgeNodeSnapshot Snapshot;

@@ -9,6 +9,7 @@ class UBlueprint;
 class UClass;
 class UEdGraph;
 class UEdGraphNode;
+class UEdGraphPin;
 
 namespace ZorvekMCPBridgeEngineBlueprintNodes
 {
@@ -18,6 +19,9 @@ namespace ZorvekMCPBridgeEngineBlueprintNodes
 
 	// The path of the Blueprint that generated the class; empty for native classes.
 	FString GetGeneratingBlueprintPath(UClass* Class);
+
+	// A pin as the port reports it: type, default, flags and the links whose other node exists.
+	FZorvekMCPBridgeGraphPinSnapshot MakeGraphPinSnapshot(const UEdGraphPin& Pin);
 
 	FZorvekMCPBridgeNodeSnapshot MakeNodeSnapshot(const UBlueprint& Blueprint, const UEdGraphNode& Node);
 	FZorvekMCPBridgeGraphSnapshot MakeGraphSnapshot(const UBlueprint& Blueprint, const UEdGraph& Graph, EZorvekMCPBridgeGraphKind Kind, const FString& InterfaceClassPath);
