@@ -317,6 +317,31 @@ namespace ZorvekMCPBridgeEngineBlueprintActionsLocal
 		return false;
 	}
 
+	// The callable functions of a class that no spawner of its entry names. The action menu folds
+	// the functions of a promotable operator (Add_IntInt, Add_DoubleDouble...) into one "Add"
+	// spawner, yet the node tools place each as a call of its own; such a function is named by the
+	// function spawner's rules from its metadata.
+	void AddUnlistedFunctionActions(const UClass& Class, const TSet<FString>& ListedFunctionNames, TArray<FZorvekMCPBridgeNodeAction>& OutActions)
+	{
+		const FString ClassPath = Class.GetPathName();
+		for (TFieldIterator<UFunction> It(&Class, EFieldIterationFlags::None); It; ++It)
+		{
+			const UFunction* Function = *It;
+			if (!Function || ListedFunctionNames.Contains(Function->GetName()) || !UEdGraphSchema_K2::CanUserKismetCallFunction(Function))
+			{
+				continue;
+			}
+			FZorvekMCPBridgeNodeAction& Action = OutActions.Emplace_GetRef();
+			Action.Request.Kind = EZorvekMCPBridgeNodeSpawnKind::CallFunction;
+			Action.Request.ClassPath = ClassPath;
+			Action.Request.FunctionName = Function->GetName();
+			Action.NodeKind = EZorvekMCPBridgeNodeKind::FunctionCall;
+			Action.bPure = Function->HasAnyFunctionFlags(FUNC_BlueprintPure);
+			Action.bLatent = Function->HasMetaData(TEXT("Latent"));
+			ApplyFunctionFallbacks(*Function, FString(), Action);
+		}
+	}
+
 	// Scope is the Blueprint the entry's key belongs to when that is the scoped Blueprint, else
 	// null (another Blueprint's members are library actions named through its generated class).
 	bool MapSpawner(const UObject* Key, const UBlueprintNodeSpawner& Spawner, const UBlueprint* Scope, FZorvekMCPBridgeNodeAction& OutAction)
@@ -497,13 +522,24 @@ void FZorvekMCPBridgeEngineBlueprints::GetNodeActions(FZorvekMCPBridgeObjectHand
 			continue;
 		}
 		const bool bScopeEntry = Scope && Key == Scope;
+		TSet<FString> ListedFunctionNames;
 		for (const UBlueprintNodeSpawner* Spawner : Entry.Value)
 		{
 			if (Spawner && MapSpawner(Key, *Spawner, bScopeEntry ? Scope : nullptr, Action))
 			{
+				if (Action.Request.Kind == EZorvekMCPBridgeNodeSpawnKind::CallFunction)
+				{
+					ListedFunctionNames.Add(Action.Request.FunctionName);
+				}
 				Action.bFromBlueprint = bScopeEntry;
 				(bScopeEntry ? ScopeActions : OutActions).Add(Action);
 			}
+		}
+		// A native class's own entry; Blueprints and node classes have no folded operators.
+		const UClass* KeyClass = Cast<UClass>(Key);
+		if (KeyClass && !KeyClass->IsChildOf(UEdGraphNode::StaticClass()) && !UBlueprint::GetBlueprintFromClass(KeyClass))
+		{
+			AddUnlistedFunctionActions(*KeyClass, ListedFunctionNames, OutActions);
 		}
 	}
 	AddInputActions(OutActions);
