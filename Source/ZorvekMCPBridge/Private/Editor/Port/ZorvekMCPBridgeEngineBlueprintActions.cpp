@@ -34,7 +34,11 @@
 #include "UObject/UnrealType.h"
 
 // TSubclassOf::Get(), the class a TSubclassOf member holds: not in the reference notes; check
-// against the engine.
+// against the engine. The action database and spawner declarations (GetAllActions' key type and
+// FObjectKey::ResolveObjectPtr, GetFunction, GetVarProperty, IsLocalVariable, GetEventFunction,
+// IsForCustomEvent, NodeClass, DefaultMenuSignature, PrimeDefaultUiSpec, GetTemplateNode,
+// GetCachedTemplateNode), EKeys::GetMenuCategoryDisplayName and the value of FUNC_BlueprintPure
+// are not in the reference notes beyond their names either; check against the engine.
 
 namespace ZorvekMCPBridgeEngineBlueprintActionsLocal
 {
@@ -213,12 +217,15 @@ namespace ZorvekMCPBridgeEngineBlueprintActionsLocal
 	}
 
 	// An override event of a class's event function. Interface events come from the scoped
-	// Blueprint's interfaces instead, and custom-event spawners name no event to make.
-	bool MapEventSpawner(const UBlueprintEventNodeSpawner& Spawner, FZorvekMCPBridgeNodeAction& OutAction)
+	// Blueprint's interfaces instead, and custom-event spawners name no event to make. The scoped
+	// Blueprint's own events (its custom events, which its children may override) are no events it
+	// can place itself.
+	bool MapEventSpawner(const UBlueprintEventNodeSpawner& Spawner, const UBlueprint* Scope, FZorvekMCPBridgeNodeAction& OutAction)
 	{
 		const UFunction* Function = Spawner.GetEventFunction();
 		const UClass* Owner = Function ? ZorvekMCPBridgeEngineBlueprintNodes::GetAuthoritativeClass(Function->GetOuterUClass()) : nullptr;
-		if (Spawner.IsForCustomEvent() || !Owner || Owner->HasAnyClassFlags(CLASS_Interface) || Spawner.NodeClass.Get() != UK2Node_Event::StaticClass())
+		if (Spawner.IsForCustomEvent() || !Owner || Owner->HasAnyClassFlags(CLASS_Interface) || Spawner.NodeClass.Get() != UK2Node_Event::StaticClass()
+			|| IsScopeClass(Function->GetOuterUClass(), Scope))
 		{
 			return false;
 		}
@@ -357,7 +364,7 @@ namespace ZorvekMCPBridgeEngineBlueprintActionsLocal
 		}
 		if (const UBlueprintEventNodeSpawner* EventSpawner = Cast<UBlueprintEventNodeSpawner>(&Spawner))
 		{
-			return MapEventSpawner(*EventSpawner, OutAction);
+			return MapEventSpawner(*EventSpawner, Scope, OutAction);
 		}
 		return MapNodeClassSpawner(Key, Spawner, OutAction);
 	}

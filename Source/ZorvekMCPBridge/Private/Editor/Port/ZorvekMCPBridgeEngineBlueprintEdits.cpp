@@ -106,6 +106,7 @@ namespace ZorvekMCPBridgeEngineBlueprintEditsLocal
 			FString Value;
 			TObjectPtr<UObject> Object;
 			FText Text;
+			// GetPinDefaultValuesFromString: not in the reference notes; check against the engine.
 			Schema->GetPinDefaultValuesFromString(Pin->PinType, const_cast<UEdGraphNode*>(&Node), PinDefault.Value, Value, Object, Text);
 			const FString Reason = Schema->IsPinDefaultValid(Pin, Value, Object, Text);
 			if (!Reason.IsEmpty())
@@ -192,6 +193,7 @@ FZorvekMCPBridgeNodeSpawnResult FZorvekMCPBridgeEngineBlueprints::SpawnNode(FZor
 	}
 	// IsCompatibleWithGraph before AddNode: the graph's node list is never touched by a node the
 	// graph refuses (input events outside an actor's event graph, events in a function graph...).
+	// IsCompatibleWithGraph: not in the reference notes; check against the engine.
 	if (!Node->IsCompatibleWithGraph(Graph))
 	{
 		Result.Failure = EZorvekMCPBridgeNodeSpawnFailure::IncompatibleGraph;
