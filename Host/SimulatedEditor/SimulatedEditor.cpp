@@ -1,6 +1,7 @@
 #include "SimulatedEditor.h"
 
 #include "SimulatedBlueprint.h"
+#include "SimulatedWorld.h"
 
 #include "EditorPort/ZorvekMCPBridgeObjectHandle.h"
 #include "EditorPort/ZorvekMCPBridgeReflectionPort.h"
@@ -158,6 +159,7 @@ void FSimulatedType::RebuildPropertyList()
 
 FSimulatedEditor::FSimulatedEditor()
 	: Blueprints(std::make_unique<FSimulatedBlueprints>(*this))
+	, World(std::make_unique<FSimulatedWorld>(*this))
 {
 	FString Ignored;
 	ObjectClass = AddType(ESimulatedTypeKind::Class, TEXT("/Script/CoreUObject.Object"), nullptr, Ignored);

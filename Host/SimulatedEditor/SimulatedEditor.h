@@ -16,6 +16,7 @@
 #include <vector>
 
 class FSimulatedBlueprints;
+class FSimulatedWorld;
 class FSimulatedObject;
 class FSimulatedType;
 struct FSimulatedVessaState;
@@ -343,6 +344,9 @@ public:
 	// The Blueprints of this editor and the Blueprint editor's operations (SimulatedBlueprint.h).
 	FSimulatedBlueprints& GetBlueprints() const { return *Blueprints; }
 
+	// The editor world with its level, viewport and PCG plug-in (SimulatedWorld.h).
+	FSimulatedWorld& GetWorld() const { return *World; }
+
 private:
 	friend class FSimulatedProjectLoader;
 	friend class FSimulatedTextParser;
@@ -375,6 +379,7 @@ private:
 	FSimulatedType* PackageClass = nullptr;
 	FSimulatedType* BlueprintGeneratedClassClass = nullptr;
 	std::unique_ptr<FSimulatedBlueprints> Blueprints;
+	std::unique_ptr<FSimulatedWorld> World;
 };
 
 // The fixture the host serves unless --project names another.

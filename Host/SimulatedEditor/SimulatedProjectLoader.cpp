@@ -5,6 +5,7 @@
 #include "SimulatedEditor.h"
 
 #include "SimulatedBlueprintFixtures.h"
+#include "SimulatedWorldFixtures.h"
 
 #include "Dom/JsonValue.h"
 #include "EditorPort/ZorvekMCPBridgeReflectionPort.h"
@@ -170,7 +171,7 @@ public:
 
 	bool Load()
 	{
-		return CreateTypes() && AddProperties() && CreateObjects() && ImportValues() && BuildBlueprints() && RegisterAssets();
+		return CreateTypes() && AddProperties() && CreateObjects() && ImportValues() && BuildBlueprints() && BuildWorld() && RegisterAssets();
 	}
 
 	const FString& GetError() const { return Error; }
@@ -654,6 +655,17 @@ private:
 			}
 		}
 		return true;
+	}
+
+	// The editor world and its actors, once every class, asset and Blueprint exists.
+	bool BuildWorld()
+	{
+		TArray<TPair<TSharedPtr<FJsonObject>, FString>> WorldDocuments;
+		for (const FDocument& Document : Documents)
+		{
+			WorldDocuments.Add({Document.Json, Document.SourceName});
+		}
+		return SimulatedWorldFixtures::Load(Editor, WorldDocuments, Error);
 	}
 
 	bool CreateObjects()

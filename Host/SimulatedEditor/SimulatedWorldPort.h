@@ -1,16 +1,27 @@
-// The world domain of the editor port over the simulated editor's level.
-// (Being built: until the simulated level lands it answers as an editor without a world.)
+// The world domain of the editor port over the simulated editor's level (SimulatedWorld.h), its
+// viewport (SimulatedViewport.h) and PCG plug-in state (SimulatedPcg.h). Handles are the
+// simulated objects of actors and components. The port ticks the simulated world from the core
+// ticker, as the editor ticks every frame, so scheduled PCG generations complete and viewports
+// redraw between requests.
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Containers/Ticker.h"
 #include "EditorPort/ZorvekMCPBridgeWorldPort.h"
 
 class FSimulatedEditor;
+class FSimulatedObject;
+class FSimulatedWorld;
+struct FSimulatedActor;
+struct FSimulatedComponent;
 
 class FSimulatedWorldPort : public IZorvekMCPBridgeWorld
 {
 public:
 	explicit FSimulatedWorldPort(FSimulatedEditor& InEditor);
+	~FSimulatedWorldPort() override;
+	FSimulatedWorldPort(const FSimulatedWorldPort&) = delete;
+	FSimulatedWorldPort& operator=(const FSimulatedWorldPort&) = delete;
 
 	bool IsEditorAvailable() const override;
 	bool IsActorSubsystemAvailable() const override;
@@ -34,4 +45,18 @@ public:
 	FZorvekMCPBridgePluginState GetPluginState(const FString& PluginName) const override;
 	bool ModuleExists(const FString& ModuleName) const override;
 	bool IsModuleLoaded(const FString& ModuleName) const override;
+
+	// Tests model an editor whose actor subsystem or world is missing.
+	void SetActorSubsystemAvailable(bool bAvailable) { bActorSubsystemAvailable = bAvailable; }
+	FSimulatedWorld& GetSimulatedWorld() const;
+
+private:
+	FSimulatedActor* ToActor(FZorvekMCPBridgeObjectHandle Handle) const;
+	FSimulatedComponent* ToComponent(FZorvekMCPBridgeObjectHandle Handle) const;
+	// The editor redraws level viewports after a change to the level.
+	void NoteLevelChanged() const;
+
+	FSimulatedEditor& Editor;
+	bool bActorSubsystemAvailable = true;
+	FTSTicker::FDelegateHandle TickHandle;
 };
