@@ -321,5 +321,13 @@ const UFunction* ZorvekMCPBridgeEngineBlueprintSpawning::FindRequestedEventFunct
 		const UClass* Interface = ZorvekMCPBridgeEngineBlueprintSpawningLocal::LoadClassByPath(Request.ClassPath);
 		Owner = Interface && Interface->HasAnyClassFlags(CLASS_Interface) ? Interface : nullptr;
 	}
-	return Owner ? Owner->FindFunctionByName(FName(*Request.FunctionName)) : nullptr;
+	const UFunction* Function = Owner ? Owner->FindFunctionByName(FName(*Request.FunctionName)) : nullptr;
+	// A Blueprint parent that implements the event holds an override of it; the event node names
+	// the function where it was first declared (Actor's ReceiveBeginPlay), as the spawner filed
+	// under that class does.
+	while (Function && Function->GetSuperFunction())
+	{
+		Function = Function->GetSuperFunction();
+	}
+	return Function;
 }
