@@ -466,12 +466,54 @@ namespace ZorvekMCPBridgeEngineBlueprintActionsLocal
 		return KeyNode && KeyNode->InputKey.GetFName() == KeyName;
 	}
 
+	// A cheap first look (names and node classes, no texts built) before a spawner is mapped in
+	// full: the catalogue asks for the pins of every result it returns.
+	bool MightMakeRequest(const UBlueprintNodeSpawner& Spawner, const FZorvekMCPBridgeNodeSpawnRequest& Request, const FName RequestName)
+	{
+		const UClass* NodeClass = Spawner.NodeClass.Get();
+		switch (Request.Kind)
+		{
+		case EZorvekMCPBridgeNodeSpawnKind::CallFunction:
+		{
+			const UBlueprintFunctionNodeSpawner* FunctionSpawner = Cast<UBlueprintFunctionNodeSpawner>(&Spawner);
+			const UFunction* Function = FunctionSpawner ? FunctionSpawner->GetFunction() : nullptr;
+			return Function && Function->GetFName() == RequestName;
+		}
+		case EZorvekMCPBridgeNodeSpawnKind::VariableGet:
+		case EZorvekMCPBridgeNodeSpawnKind::VariableSet:
+		{
+			const UBlueprintVariableNodeSpawner* VariableSpawner = Cast<UBlueprintVariableNodeSpawner>(&Spawner);
+			const FProperty* Property = VariableSpawner ? VariableSpawner->GetVarProperty() : nullptr;
+			return Property && Property->GetFName() == RequestName;
+		}
+		case EZorvekMCPBridgeNodeSpawnKind::Event:
+		{
+			const UBlueprintEventNodeSpawner* EventSpawner = Cast<UBlueprintEventNodeSpawner>(&Spawner);
+			const UFunction* Function = EventSpawner ? EventSpawner->GetEventFunction() : nullptr;
+			return Function && Function->GetFName() == RequestName;
+		}
+		case EZorvekMCPBridgeNodeSpawnKind::Branch:
+			return NodeClass == UK2Node_IfThenElse::StaticClass();
+		case EZorvekMCPBridgeNodeSpawnKind::Sequence:
+			return NodeClass == UK2Node_ExecutionSequence::StaticClass();
+		case EZorvekMCPBridgeNodeSpawnKind::DynamicCast:
+			return NodeClass == UK2Node_DynamicCast::StaticClass();
+		case EZorvekMCPBridgeNodeSpawnKind::MacroInstance:
+			return NodeClass == UK2Node_MacroInstance::StaticClass();
+		default:
+			// The Blueprint's own kinds have no library spawner; input kinds are looked up by key.
+			return false;
+		}
+	}
+
 	// The library spawner whose template node is the node the request makes. A function spawner
 	// counts only when it makes a plain call node: a promotable operator's template has wildcard
 	// pins the node tools' call would not have.
 	const UBlueprintNodeSpawner* FindLibrarySpawner(const FZorvekMCPBridgeNodeSpawnRequest& Request)
 	{
 		const bool bInput = Request.Kind == EZorvekMCPBridgeNodeSpawnKind::InputKey || Request.Kind == EZorvekMCPBridgeNodeSpawnKind::InputAxisKeyEvent;
+		const FName RequestName(*(Request.Kind == EZorvekMCPBridgeNodeSpawnKind::VariableGet || Request.Kind == EZorvekMCPBridgeNodeSpawnKind::VariableSet
+			? Request.VariableName : Request.FunctionName));
 		for (const TPair<FObjectKey, FBlueprintActionDatabase::FActionList>& Entry : FBlueprintActionDatabase::Get().GetAllActions())
 		{
 			const UObject* Key = Entry.Key.ResolveObjectPtr();
@@ -490,7 +532,7 @@ namespace ZorvekMCPBridgeEngineBlueprintActionsLocal
 					continue;
 				}
 				FZorvekMCPBridgeNodeAction Action;
-				if (MapSpawner(Key, *Spawner, nullptr, Action) && IsSameRequest(Action.Request, Request)
+				if (MightMakeRequest(*Spawner, Request, RequestName) && MapSpawner(Key, *Spawner, nullptr, Action) && IsSameRequest(Action.Request, Request)
 					&& (Request.Kind != EZorvekMCPBridgeNodeSpawnKind::CallFunction || Spawner->NodeClass.Get() == UK2Node_CallFunction::StaticClass()))
 				{
 					return Spawner;
