@@ -471,15 +471,27 @@ namespace
 		return Polygons;
 	}
 
-	// A stable base colour per actor name, kept in mid tones so shading and outlines read.
+	// A stable base colour per actor name from a muted palette, so shading and outlines read.
 	FSimViewportColor SimViewportBaseColor(const FString& Name)
 	{
+		static const FSimViewportColor Palette[] = {{172, 172, 178}, {150, 170, 200}, {200, 172, 132}, {140, 180, 140}, {192, 146, 146}, {162, 152, 194}, {120, 170, 176}};
 		uint32 Hash = 2166136261u;
 		for (int32 Index = 0; Index < Name.Len(); ++Index)
 		{
 			Hash = (Hash ^ (uint32)Name[Index]) * 16777619u;
 		}
-		return {(uint8)(90 + Hash % 110), (uint8)(90 + (Hash >> 8) % 110), (uint8)(90 + (Hash >> 16) % 110)};
+		return Palette[Hash % UE_ARRAY_COUNT(Palette)];
+	}
+
+	// The twelve edges of a box.
+	template <typename FCameraType>
+	void SimViewportDrawBoxEdges(FSimViewportCanvas& Canvas, const FCameraType& Camera, const FSimulatedVector (&Corners)[8], const FSimViewportColor& Color)
+	{
+		const int32 Edges[12][2] = {{0, 1}, {1, 2}, {2, 3}, {3, 0}, {4, 5}, {5, 6}, {6, 7}, {7, 4}, {0, 4}, {1, 5}, {2, 6}, {3, 7}};
+		for (const auto& Edge : Edges)
+		{
+			SimViewportDrawWorldLine(Canvas, Camera, Corners[Edge[0]], Corners[Edge[1]], Color);
+		}
 	}
 }
 
@@ -535,6 +547,12 @@ void FSimulatedViewport::Render(std::vector<uint8>& OutPixels) const
 	}
 
 	// The level: every live actor's primitives, flat-shaded against a fixed light.
+	struct FWireframe
+	{
+		FSimulatedBox LocalBounds;
+		FSimulatedTransform ComponentToWorld;
+	};
+	std::vector<FWireframe> Wireframes;
 	const FSimulatedVector LightDirection = FSimulatedVector(0.35, 0.45, 0.82) * (1.0 / FSimulatedVector(0.35, 0.45, 0.82).Size());
 	const std::vector<FSimulatedActor*> Actors = World.GetEveryActor();
 	for (size_t ActorIndex = 0; ActorIndex < Actors.size(); ++ActorIndex)
@@ -570,7 +588,16 @@ void FSimulatedViewport::Render(std::vector<uint8>& OutPixels) const
 			}
 			else
 			{
-				// Capsules, sprites and other shapes draw as their bounds box; sprites in a pale tone.
+				// Brushes and other shapeless primitives draw as wireframes after the solids, as the
+				// editor draws volumes; capsules and sprites as their bounds box, sprites pale.
+				if (Component->Kind == ESimulatedComponentKind::OtherPrimitive)
+				{
+					if (Component->LocalBounds.bIsValid)
+					{
+						Wireframes.push_back({Component->LocalBounds, ComponentToWorld});
+					}
+					continue;
+				}
 				FSimulatedBox Bounds;
 				if (!World.GetComponentBounds(*Component, Bounds) || (Bounds.GetExtent().Size() <= 0.0))
 				{
@@ -621,6 +648,18 @@ void FSimulatedViewport::Render(std::vector<uint8>& OutPixels) const
 		}
 	}
 
+	for (const FWireframe& Wireframe : Wireframes)
+	{
+		const FSimulatedVector& A = Wireframe.LocalBounds.Min;
+		const FSimulatedVector& B = Wireframe.LocalBounds.Max;
+		FSimulatedVector Corners[8] = {{A.X, A.Y, A.Z}, {B.X, A.Y, A.Z}, {B.X, B.Y, A.Z}, {A.X, B.Y, A.Z}, {A.X, A.Y, B.Z}, {B.X, A.Y, B.Z}, {B.X, B.Y, B.Z}, {A.X, B.Y, B.Z}};
+		for (FSimulatedVector& Corner : Corners)
+		{
+			Corner = Wireframe.ComponentToWorld.TransformPosition(Corner);
+		}
+		SimViewportDrawBoxEdges(Canvas, Camera, Corners, FSimViewportColor{110, 200, 230});
+	}
+
 	// Selection: a two-pixel orange outline around what selected actors cover, and their
 	// bounds box as a wireframe.
 	std::vector<bool> SelectedIds(Actors.size() + 1, false);
@@ -669,11 +708,7 @@ void FSimulatedViewport::Render(std::vector<uint8>& OutPixels) const
 		const FSimulatedVector& A = Bounds.Min;
 		const FSimulatedVector& B = Bounds.Max;
 		const FSimulatedVector Corners[8] = {{A.X, A.Y, A.Z}, {B.X, A.Y, A.Z}, {B.X, B.Y, A.Z}, {A.X, B.Y, A.Z}, {A.X, A.Y, B.Z}, {B.X, A.Y, B.Z}, {B.X, B.Y, B.Z}, {A.X, B.Y, B.Z}};
-		const int32 Edges[12][2] = {{0, 1}, {1, 2}, {2, 3}, {3, 0}, {4, 5}, {5, 6}, {6, 7}, {7, 4}, {0, 4}, {1, 5}, {2, 6}, {3, 7}};
-		for (const auto& Edge : Edges)
-		{
-			SimViewportDrawWorldLine(Canvas, Camera, Corners[Edge[0]], Corners[Edge[1]], SimViewportBoundsColor);
-		}
+		SimViewportDrawBoxEdges(Canvas, Camera, Corners, SimViewportBoundsColor);
 	}
 
 	OutPixels.resize((size_t)Width * Height * 4);

@@ -697,7 +697,11 @@ void FSimulatedWorld::SetRelativeTransform(FSimulatedComponent& Component, const
 	}
 	Component.RelativeLocation = Transform.Translation;
 	FSimulatedQuat Rotation = Transform.Rotation;
-	Rotation.Normalize();
+	const double SquareSum = Rotation.X * Rotation.X + Rotation.Y * Rotation.Y + Rotation.Z * Rotation.Z + Rotation.W * Rotation.W;
+	if (FMath::Abs(SquareSum - 1.0) > 1e-6)
+	{
+		Rotation.Normalize();
+	}
 	// The rotation cache: the rotator only changes when the quaternion does.
 	const FSimulatedQuat& Cached = Component.RelativeRotationQuat;
 	if (Rotation.X != Cached.X || Rotation.Y != Cached.Y || Rotation.Z != Cached.Z || Rotation.W != Cached.W)
