@@ -114,11 +114,14 @@ void FSimulatedBlueprintPort::GetNodeActions(FZorvekMCPBridgeObjectHandle Bluepr
 
 	// Member actions and casts of every loaded class (a Blueprint's through its generated class;
 	// skeleton classes stand for the same Blueprint and are skipped).
+	// The scoped Blueprint's own members come as its own actions below.
+	const FSimulatedBlueprint* Blueprint = FindBlueprint(BlueprintScope);
 	const FSimulatedType* FunctionLibrary = Editor.FindTypeByPath(TEXT("/Script/Engine.BlueprintFunctionLibrary"));
-	Editor.ForEachObject([this, &OutActions, &Model, FunctionLibrary](FSimulatedObject* Object)
+	Editor.ForEachObject([this, &OutActions, &Model, FunctionLibrary, Blueprint](FSimulatedObject* Object)
 	{
 		const FSimulatedType* Class = dynamic_cast<const FSimulatedType*>(Object);
-		if (!Class || Class->Kind != ESimulatedTypeKind::Class || Class->Name.StartsWith(TEXT("SKEL_")) || Class->Name.StartsWith(TEXT("TRASH_")))
+		if (!Class || Class->Kind != ESimulatedTypeKind::Class || Class->Name.StartsWith(TEXT("SKEL_")) || Class->Name.StartsWith(TEXT("TRASH_"))
+			|| (Blueprint && Class == Blueprint->GeneratedClass))
 		{
 			return;
 		}
@@ -129,7 +132,8 @@ void FSimulatedBlueprintPort::GetNodeActions(FZorvekMCPBridgeObjectHandle Bluepr
 		{
 			for (const std::shared_ptr<FSimulatedFunction>& Function : Class->Functions)
 			{
-				if (Function->FindMetaData(TEXT("BlueprintInternalUseOnly")))
+				// A function is listed once, for the class that declares it: overrides are not.
+				if (Function->FindMetaData(TEXT("BlueprintInternalUseOnly")) || (Class->Super && Class->Super->FindFunction(Function->Name)))
 				{
 					continue;
 				}
@@ -195,7 +199,6 @@ void FSimulatedBlueprintPort::GetNodeActions(FZorvekMCPBridgeObjectHandle Bluepr
 		}
 	}
 
-	const FSimulatedBlueprint* Blueprint = FindBlueprint(BlueprintScope);
 	if (!Blueprint)
 	{
 		return;

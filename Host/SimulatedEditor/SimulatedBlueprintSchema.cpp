@@ -729,7 +729,8 @@ FString FSimulatedBlueprints::IsPinDefaultValid(const FSimulatedPin& Pin, const 
 		{
 			return FString::Printf(TEXT("Map inputs (like '%s') must have an input wired into them (try connecting a MakeMap node)."), *PinText);
 		}
-		if (Type.bIsReference)
+		// A const reference is read only: a literal is fine (Print String's In String).
+		if (Type.bIsReference && !Type.bIsConst)
 		{
 			return FString::Printf(TEXT("'%s' in action '%s' must have an input wired into it (\"by ref\" params expect a valid input to operate on)."), *PinText,
 				Pin.OwningNode ? *GetNodeListTitle(*Pin.OwningNode) : TEXT(""));
