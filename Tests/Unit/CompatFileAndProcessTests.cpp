@@ -126,6 +126,29 @@ TEST(CompatFileHelper, SaveStringToFileReplacesTheFileMakesFoldersAndRespectsRea
 	EXPECT_EQ(Folder.ReadBytes("ascii.json"), "x");
 }
 
+// unreal-api-core.md §4.10: byte arrays are written and read back as they are (zero bytes and
+// bytes above 0x7F included); a missing file leaves the destination untouched.
+TEST(CompatFileHelper, SaveArrayToFileAndLoadFileToArrayKeepEveryByte)
+{
+	FTemporaryFolder Folder;
+	const TArray<uint8> Bytes = {0x89, 'P', 'N', 'G', 0x00, 0x0D, 0x0A, 0xFF};
+	ASSERT_TRUE(FFileHelper::SaveArrayToFile(Bytes, *Folder.PathText("made/with/parents/image.png")));
+	EXPECT_EQ(Folder.ReadBytes("made/with/parents/image.png"), std::string("\x89PNG\0\r\n\xFF", 8));
+
+	TArray<uint8> Loaded = {1, 2, 3};
+	ASSERT_TRUE(FFileHelper::LoadFileToArray(Loaded, *Folder.PathText("made/with/parents/image.png")));
+	EXPECT_EQ(Loaded, Bytes);
+
+	ASSERT_TRUE(FFileHelper::SaveArrayToFile(TArray<uint8>{7}, *Folder.PathText("made/with/parents/image.png")));
+	EXPECT_EQ(Folder.ReadBytes("made/with/parents/image.png"), "\x07");
+	Folder.MakeReadOnly("made/with/parents/image.png");
+	EXPECT_FALSE(FFileHelper::SaveArrayToFile(Bytes, *Folder.PathText("made/with/parents/image.png")));
+
+	TArray<uint8> Untouched = {1, 2, 3};
+	EXPECT_FALSE(FFileHelper::LoadFileToArray(Untouched, *Folder.PathText("missing.png")));
+	EXPECT_EQ(Untouched, (TArray<uint8>{1, 2, 3}));
+}
+
 // unreal-api-core.md §4.10: LoadFileToString detects UTF-8 and UTF-16 byte-order marks and reads
 // files without one as UTF-8 when they are valid UTF-8.
 TEST(CompatFileHelper, LoadFileToStringDetectsByteOrderMarksAndUtf8)

@@ -278,6 +278,42 @@ bool FFileHelper::LoadFileToString(FString& Result, const TCHAR* Filename, EHash
 	return true;
 }
 
+bool FFileHelper::LoadFileToArray(TArray<uint8>& Result, const TCHAR* Filename, uint32 Flags)
+{
+	std::string Bytes;
+	if (!ReadAllBytes(ToPath(Filename), Bytes))
+	{
+		return false;
+	}
+	Result.Reset();
+	Result.Reserve((int32)Bytes.size());
+	for (const char Byte : Bytes)
+	{
+		Result.Add((uint8)Byte);
+	}
+	return true;
+}
+
+bool FFileHelper::SaveArrayToFile(TArrayView64<const uint8> Array, const TCHAR* Filename, IFileManager* FileManager, uint32 WriteFlags)
+{
+	const std::filesystem::path Path = ToPath(Filename);
+	IFileManager& Files = FileManager ? *FileManager : IFileManager::Get();
+	if (IsRegularFile(Path))
+	{
+		if (WriteFlags & FILEWRITE_NoReplaceExisting)
+		{
+			return false;
+		}
+		if (IsReadOnlyFile(Path) && !(WriteFlags & FILEWRITE_EvenIfReadOnly))
+		{
+			return false;
+		}
+	}
+	Files.MakeDirectory(*FPaths::GetPath(FString(Filename)), true);
+	const std::string Bytes(reinterpret_cast<const char*>(Array.GetData()), (size_t)Array.Num());
+	return WriteAllBytes(Path, Bytes, (WriteFlags & FILEWRITE_Append) != 0);
+}
+
 bool FFileHelper::SaveStringToFile(FStringView String, const TCHAR* Filename, EEncodingOptions EncodingOptions, IFileManager* FileManager, uint32 WriteFlags)
 {
 	const std::filesystem::path Path = ToPath(Filename);
