@@ -6,6 +6,7 @@
 #include "Tools/ZorvekMCPBridgeAssetTools.h"
 #include "Tools/ZorvekMCPBridgeBlueprintReadTools.h"
 #include "Tools/ZorvekMCPBridgeBlueprintMemberTools.h"
+#include "Tools/ZorvekMCPBridgeBlueprintNodeTools.h"
 #include "Tools/ZorvekMCPBridgeDataAssetTools.h"
 #include "Tools/ZorvekMCPBridgeDiscoveryTools.h"
 #include "Tools/ZorvekMCPBridgeMaterialTools.h"
@@ -383,7 +384,7 @@ namespace
 				OptionalText(TEXT("Width"), TEXT("Comment box width. Defaults to 400.")),
 				OptionalText(TEXT("Height"), TEXT("Comment box height. Defaults to 220.")),
 				OptionalText(TEXT("FontSize"), TEXT("Optional comment font size. Defaults to Unreal's comment-node default.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintNodeTools::HandleAddComment),
 			ToolRow(TEXT("blueprint_read_graph"), TEXT("Resolve a Blueprint and read graph data using native Unreal graph APIs."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				OptionalText(TEXT("GraphName"), TEXT("Graph name to read, for example EventGraph.")),
@@ -392,7 +393,7 @@ namespace
 			ToolRow(TEXT("blueprint_search_project"), TEXT("Search the project's Blueprints for names, nodes, comments, and examples before reading graphs."), {}),
 			ToolRow(TEXT("blueprint_compile"), TEXT("Compile a Blueprint and return structured compiler warnings, errors, and status."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
-			}),
+			}, &ZorvekMCPBridgeBlueprintNodeTools::HandleCompile),
 			ToolRow(TEXT("blueprint_find_node_spawners"), TEXT("Search the native Blueprint node spawner catalogue for spawner ids."), {}),
 			ToolRow(TEXT("blueprint_resolve_node_spawner"), TEXT("Resolve a human node request to one canonical Blueprint node spawner id."), {}),
 			ToolRow(TEXT("blueprint_add_node"), TEXT("Add a Blueprint node using an existing native spawner id."), {
@@ -403,14 +404,14 @@ namespace
 				OptionalText(TEXT("NodePosX"), TEXT("Optional X position for the new node.")),
 				OptionalText(TEXT("NodePosY"), TEXT("Optional Y position for the new node.")),
 				OptionalObject(TEXT("PinDefaults"), TEXT("Optional pin default values keyed by pin name.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintNodeTools::HandleAddNode),
 			ToolRow(TEXT("blueprint_set_node_position"), TEXT("Move an existing Blueprint graph node by GUID."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
 				RequiredText(TEXT("NodeGuid"), TEXT("Node GUID to move.")),
 				RequiredText(TEXT("NodePosX"), TEXT("New X position.")),
 				RequiredText(TEXT("NodePosY"), TEXT("New Y position.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintNodeTools::HandleSetNodePosition),
 			ToolRow(TEXT("blueprint_connect_nodes"), TEXT("Connect two Blueprint nodes by GUID and pin name."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
@@ -418,7 +419,7 @@ namespace
 				RequiredText(TEXT("SourcePinName"), TEXT("Source output pin name.")),
 				RequiredText(TEXT("TargetNodeGuid"), TEXT("Target node GUID.")),
 				RequiredText(TEXT("TargetPinName"), TEXT("Target input pin name.")),
-			}),
+			}, &ZorvekMCPBridgeBlueprintNodeTools::HandleConnectNodes),
 			ToolRow(TEXT("blueprint_add_node_by_search_and_connect"), TEXT("Find a node spawner by search, add the node, and connect it in one call."), {}),
 			ToolRow(TEXT("blueprint_run_recipe"), TEXT("Run a deterministic sequence of supported Blueprint-writing tool calls with per-step results and reference substitution."), {
 				OptionalText(TEXT("RecipeName"), TEXT("Optional recipe name for reporting.")),
