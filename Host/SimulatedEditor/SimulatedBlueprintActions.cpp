@@ -187,12 +187,14 @@ void FSimulatedBlueprintPort::GetNodeActions(FZorvekMCPBridgeObjectHandle Bluepr
 	{
 		const FString MenuCategory = Key->GetMenuCategory();
 		const FString CategoryWord = MenuCategory == TEXT("Key") ? FString(TEXT("Keyboard")) : MenuCategory;
-		if (FSimulatedKeys::CanBeInputKeyEvent(Key->Name))
+		// The menus' verdicts (FSimulatedKeys::CanBeInputKeyEvent / CanBeInputAxisKeyEvent) on the
+		// entry at hand, without looking each key up again by name.
+		if (Key->IsBindableInBlueprints() && !Key->IsAnalog() && !Key->IsGesture())
 		{
 			SimActionsAdd(OutActions, EZorvekMCPBridgeNodeSpawnKind::InputKey, EZorvekMCPBridgeNodeKind::InputKey, Key->GetDisplayName(true),
 				FString::Printf(TEXT("Input|%s Events"), *CategoryWord), TEXT(" ")).Request.KeyName = Key->Name;
 		}
-		if (FSimulatedKeys::CanBeInputAxisKeyEvent(Key->Name))
+		if (Key->IsBindableInBlueprints() && Key->IsAxis1D())
 		{
 			SimActionsAdd(OutActions, EZorvekMCPBridgeNodeSpawnKind::InputAxisKeyEvent, EZorvekMCPBridgeNodeKind::InputAxisKeyEvent, Key->GetDisplayName(true),
 				TEXT("Input|Axis Events"), TEXT(" ")).Request.KeyName = Key->Name;

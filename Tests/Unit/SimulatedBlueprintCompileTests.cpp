@@ -150,3 +150,20 @@ TEST(SimulatedBlueprintCompile, PrunedImpureSourceIsAWarning)
 	EXPECT_EQ(Log.NumWarnings, 1);
 	EXPECT_EQ(Fixture.Blueprint->Status, EZorvekMCPBridgeBlueprintStatus::UpToDateWithWarnings);
 }
+
+// unreal-behaviour-blueprints.md §4.4, §4.5: graphs a user built correctly (every node kind of the
+// sample project, wired through the node library) raise nothing.
+TEST(SimulatedBlueprintCompile, SampleBlueprintsCompileWithoutMessages)
+{
+	const TSharedPtr<FSimulatedEditorPort> Port = LoadSampleProject();
+	FSimulatedBlueprints& Model = Port->GetEditor().GetBlueprints();
+	int32 Compiled = 0;
+	for (FSimulatedBlueprint* Blueprint : Model.GetBlueprints())
+	{
+		FSimulatedCompilerResultsLog Log;
+		Model.Compile(*Blueprint, &Log);
+		EXPECT_EQ(FEditFixture::Texts(Log), FTexts()) << S(Blueprint->GetName());
+		++Compiled;
+	}
+	EXPECT_GE(Compiled, 5);
+}
