@@ -171,7 +171,7 @@ public:
 
 	bool Load()
 	{
-		return CreateTypes() && AddProperties() && CreateObjects() && ImportValues() && BuildBlueprints() && BuildWorld() && RegisterAssets();
+		return CreateTypes() && AddProperties() && CreateObjects() && ImportValues() && BuildBlueprints() && RegisterAssets() && BuildWorld();
 	}
 
 	const FString& GetError() const { return Error; }
@@ -657,7 +657,8 @@ private:
 		return true;
 	}
 
-	// The editor world and its actors, once every class, asset and Blueprint exists.
+	// The editor world and its actors, once every class, asset and Blueprint exists; the map comes
+	// last in the registry.
 	bool BuildWorld()
 	{
 		TArray<TPair<TSharedPtr<FJsonObject>, FString>> WorldDocuments;

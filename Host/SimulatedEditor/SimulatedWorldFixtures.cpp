@@ -120,6 +120,8 @@ namespace
 			{
 				return Fail(FString::Printf(TEXT("%s: world %s"), *Source, *Map), WorldError.LeftChop(1));
 			}
+			// The map is a saved asset the registry knows.
+			Editor.RegisterAsset(World.GetWorldObject(), TArray<FZorvekMCPBridgeAssetTag>());
 			const TSharedPtr<FJsonObject>* Plugin = nullptr;
 			if (WorldJson->TryGetObjectField(TEXT("pcg_plugin"), Plugin))
 			{

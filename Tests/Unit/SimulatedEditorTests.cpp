@@ -177,9 +177,9 @@ TEST(SimulatedEditorRegistry, FiltersByFolderAndClassAsTheEngineDoes)
 
 	Filter.PackagePaths = {TEXT("/Game")};
 	Filter.ClassPaths = {TEXT("/Script/Engine.Blueprint")};
-	EXPECT_EQ(Enumerate(*Port, Filter), (std::vector<std::string>{"BP_Hero", "BP_Companion", "BPI_Interactable", "BP_Showcase", "BP_NoParent", "BP_Retired"}));
+	EXPECT_EQ(Enumerate(*Port, Filter), (std::vector<std::string>{"BP_Hero", "BP_Companion", "BPI_Interactable", "BP_Showcase", "BP_NoParent", "BP_ForestTree", "BP_Retired"}));
 	Filter.bRecursiveClasses = true;
-	EXPECT_EQ(Enumerate(*Port, Filter), (std::vector<std::string>{"BP_Hero", "WBP_HeroHUD", "BP_Companion", "BPI_Interactable", "BP_Showcase", "BP_NoParent", "BP_Retired"}));
+	EXPECT_EQ(Enumerate(*Port, Filter), (std::vector<std::string>{"BP_Hero", "WBP_HeroHUD", "BP_Companion", "BPI_Interactable", "BP_Showcase", "BP_NoParent", "BP_ForestTree", "BP_Retired"}));
 
 	Filter.ClassPaths = {TEXT("/Script/Engine.MaterialInterface")};
 	EXPECT_EQ(Enumerate(*Port, Filter), (std::vector<std::string>{"M_Rock", "MI_Rock_Wet", "MI_Rock_Plain", "M_Emissive", "M_Broken"}));
