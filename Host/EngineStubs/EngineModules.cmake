@@ -26,6 +26,7 @@ set(ZORVEK_PUBLIC_DEPENDENCIES_SlateCore Core CoreUObject)
 set(ZORVEK_PUBLIC_DEPENDENCIES_Slate SlateCore)
 set(ZORVEK_PUBLIC_DEPENDENCIES_ToolMenus Slate)
 set(ZORVEK_PUBLIC_DEPENDENCIES_Settings Core CoreUObject)
+set(ZORVEK_PUBLIC_DEPENDENCIES_LevelEditor UnrealEd Slate)
 set(ZORVEK_PUBLIC_DEPENDENCIES_Projects Core)
 
 # The module a compat header stands in for, by its path below Host/UnrealCompat/Include.

@@ -24,6 +24,7 @@ public class ZorvekMCPBridge : ModuleRules
 			"HTTPServer",
 			"InputCore",
 			"JsonUtilities",
+			"LevelEditor",
 			"Projects",
 			"Settings",
 			"Slate",
