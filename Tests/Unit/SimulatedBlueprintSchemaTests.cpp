@@ -107,6 +107,15 @@ TEST(SimulatedBlueprintSchema, IntegerIntoRealGetsTheAutocastNodeBetweenThePins)
 	EXPECT_EQ(FEditFixture::Pin(Add, TEXT("ReturnValue")).LinkedTo.front(), &FEditFixture::Pin(Conversion, TEXT("InInt")));
 	EXPECT_EQ(FEditFixture::Pin(Less, TEXT("B")).LinkedTo.front(), &FEditFixture::Pin(Conversion, TEXT("ReturnValue")));
 	EXPECT_EQ(Fixture.Graph->Nodes.size(), 6u);
+
+	// An integer into Print String's text goes through the string library's autocast.
+	FSimulatedNode* Print = Fixture.Call(TEXT("/Script/Engine.KismetSystemLibrary"), TEXT("PrintString"), 800, 0);
+	EXPECT_EQ(Verdict(Fixture.Model->CanCreateConnection(FEditFixture::Pin(Add, TEXT("ReturnValue")), FEditFixture::Pin(Print, TEXT("InString")))), "5 Convert Integer to String (by ref)") << "a const reference is a by-ref pin";
+	ASSERT_TRUE(Fixture.Model->TryCreateConnection(FEditFixture::Pin(Add, TEXT("ReturnValue")), FEditFixture::Pin(Print, TEXT("InString")), &Conversion));
+	EXPECT_EQ(S(Fixture.Model->GetNodeTitle(*Conversion)), "To String (Integer)");
+	// A struct has no conversion into a string in the library: refused.
+	FSimulatedNode* Location = Fixture.Call(TEXT("/Script/Engine.Actor"), TEXT("K2_GetActorLocation"));
+	EXPECT_EQ(Verdict(Fixture.Model->CanCreateConnection(FEditFixture::Pin(Location, TEXT("ReturnValue")), FEditFixture::Pin(Print, TEXT("InString")))), "1 Vector is not compatible with String (by ref).");
 }
 
 // unreal-behaviour-blueprints.md §2.4, §3.2
