@@ -495,6 +495,45 @@ namespace
 	}
 }
 
+namespace
+{
+	// True when the box cannot show: behind the camera, or wholly beyond one side of the frame.
+	template <typename FCameraType>
+	bool SimViewportIsOutsideView(const FCameraType& Camera, const FSimulatedBox& Box)
+	{
+		const FSimulatedVector& A = Box.Min;
+		const FSimulatedVector& B = Box.Max;
+		const FSimulatedVector Corners[8] = {{A.X, A.Y, A.Z}, {B.X, A.Y, A.Z}, {B.X, B.Y, A.Z}, {A.X, B.Y, A.Z}, {A.X, A.Y, B.Z}, {B.X, A.Y, B.Z}, {B.X, B.Y, B.Z}, {A.X, B.Y, B.Z}};
+		int32 Left = 0;
+		int32 Right = 0;
+		int32 Above = 0;
+		int32 Below = 0;
+		int32 Behind = 0;
+		for (const FSimulatedVector& Corner : Corners)
+		{
+			const FSimViewportVertex View = Camera.ToView(Corner);
+			if (Camera.bPerspective && View.Z < SimViewportNearPlane)
+			{
+				// Behind the camera the projection flips: such corners only count as behind.
+				++Behind;
+				continue;
+			}
+			double X = 0.0;
+			double Y = 0.0;
+			Camera.ToPixel(View, X, Y);
+			Left += X < 0.0 ? 1 : 0;
+			Right += X > Camera.Width ? 1 : 0;
+			Above += Y < 0.0 ? 1 : 0;
+			Below += Y > Camera.Height ? 1 : 0;
+		}
+		if (Behind > 0)
+		{
+			return Behind == 8;
+		}
+		return Left == 8 || Right == 8 || Above == 8 || Below == 8;
+	}
+}
+
 void FSimulatedViewport::Render(std::vector<uint8>& OutPixels) const
 {
 	const FCamera Camera = MakeCamera();
@@ -568,6 +607,11 @@ void FSimulatedViewport::Render(std::vector<uint8>& OutPixels) const
 				continue;
 			}
 			const FSimulatedTransform ComponentToWorld = World.GetComponentToWorld(*Component);
+			FSimulatedBox Culling;
+			if (World.GetComponentBounds(*Component, Culling) && SimViewportIsOutsideView(Camera, Culling))
+			{
+				continue;
+			}
 			std::vector<std::vector<FSimulatedVector>> Polygons;
 			FSimViewportColor Color = BaseColor;
 			if (Component->Kind == ESimulatedComponentKind::StaticMesh)

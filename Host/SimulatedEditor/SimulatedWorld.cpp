@@ -331,8 +331,16 @@ const FSimulatedValue* FSimulatedWorld::FindValue(const FSimulatedObject& Object
 TArray<FName> FSimulatedWorld::GetTags(const FSimulatedActor& Actor) const
 {
 	TArray<FName> Tags;
-	if (const FSimulatedValue* Value = FindValue(*Actor.Object, TEXT("Tags")))
+	// Enumeration reads every actor's tags: the index per class is kept without a name lookup.
+	auto Found = TagsIndexCache.find(Actor.Object->Class);
+	if (Found == TagsIndexCache.end())
 	{
+		Found = TagsIndexCache.emplace(Actor.Object->Class, Actor.Object->Class->FindPropertyIndex(TEXT("Tags"))).first;
+	}
+	const int32 Index = Found->second;
+	if (Index != INDEX_NONE && Index < (int32)Actor.Object->Values.size())
+	{
+		const FSimulatedValue* Value = &Actor.Object->Values[(size_t)Index];
 		for (const FSimulatedValue& Item : Value->Items)
 		{
 			Tags.Add(FName(*Item.Text));

@@ -244,6 +244,7 @@ private:
 	// MakeUniqueObjectName's counter per class.
 	std::unordered_map<const FSimulatedType*, int32> ClassUnique;
 	mutable std::unordered_map<const FSimulatedType*, std::unordered_map<std::u16string, int32>> PropertyIndexCache;
+	mutable std::unordered_map<const FSimulatedType*, int32> TagsIndexCache;
 	double EditorSpriteSize = 128.0;
 	int64 TickCount = 0;
 	std::unique_ptr<FSimulatedViewport> Viewport;

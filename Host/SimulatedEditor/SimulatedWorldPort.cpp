@@ -124,13 +124,16 @@ TArray<FZorvekMCPBridgeActorEntry> FSimulatedWorldPort::GetAllLevelActors() cons
 	const FSimulatedWorld& World = Editor.GetWorld();
 	const std::vector<FSimulatedActor*> Actors = World.GetAllLevelActors();
 	Entries.Reserve((int32)Actors.size());
+	// Level actors sit directly in the level: their path is the level's and their name.
+	const FSimulatedObject* Level = World.GetPersistentLevel();
+	const FString LevelPrefix = Level ? Level->GetPathName() + TEXT(".") : FString();
 	for (const FSimulatedActor* Actor : Actors)
 	{
 		FZorvekMCPBridgeActorEntry Entry;
 		Entry.Actor = FSimulatedEditorPort::ToHandle(Actor->Object);
 		Entry.Name = Actor->Object->Name;
 		Entry.Label = Actor->Label;
-		Entry.Path = Actor->Object->GetPathName();
+		Entry.Path = Actor->Object->Outer == Level ? LevelPrefix + Actor->Object->Name : Actor->Object->GetPathName();
 		Entry.Tags = World.GetTags(*Actor);
 		Entries.Add(MoveTemp(Entry));
 	}
