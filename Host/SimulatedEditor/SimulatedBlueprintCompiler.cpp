@@ -135,7 +135,9 @@ void FSimulatedBlueprints::ReconstructNode(FSimulatedNode& Node)
 	std::vector<std::unique_ptr<FSimulatedPin>> FreshPins;
 	if (Node.Kind == EZorvekMCPBridgeNodeKind::FunctionCall)
 	{
-		const FSimulatedType* Owner = Editor.FindTypeByPath(Node.Data.MemberParentClassPath);
+		// A parent call names the parent's version, whatever the Blueprint overrides it with.
+		const bool bParentCall = Node.NodeClass == TEXT("K2Node_CallParentFunction");
+		const FSimulatedType* Owner = bParentCall ? Blueprint.ParentClass : Editor.FindTypeByPath(Node.Data.MemberParentClassPath);
 		const FSimulatedFunction* Function = Owner ? Owner->FindFunction(Node.Data.MemberName) : nullptr;
 		if (Function == Node.Function.get() && Function)
 		{

@@ -167,3 +167,23 @@ TEST(SimulatedBlueprintCompile, SampleBlueprintsCompileWithoutMessages)
 	}
 	EXPECT_GE(Compiled, 5);
 }
+
+// unreal-behaviour-blueprints.md §1.1: a child's call of its parent's construction script keeps
+// naming the parent's function through the child's own compiles.
+TEST(SimulatedBlueprintCompile, ParentCallStaysBoundToTheParentsFunction)
+{
+	FEditFixture Fixture;
+	FSimulatedEditor& Editor = Fixture.Port->GetEditor();
+	FString Error;
+	FSimulatedBlueprint* Child = Fixture.Model->CreateBlueprint(Editor.FindOrCreatePackage(TEXT("/Game/Tests/BP_Child")), TEXT("BP_Child"), Fixture.Blueprint->GeneratedClass,
+		EZorvekMCPBridgeBlueprintType::Normal, Error);
+	ASSERT_NE(Child, nullptr) << S(Error);
+	FSimulatedNode* ParentCall = Child->FindGraph(TEXT("UserConstructionScript"))->FindNodeOfClass(TEXT("K2Node_CallParentFunction"));
+	ASSERT_NE(ParentCall, nullptr);
+	FSimulatedCompilerResultsLog Log;
+	Fixture.Model->Compile(*Child, &Log);
+	EXPECT_EQ(FEditFixture::Texts(Log), FTexts());
+	ASSERT_NE(ParentCall->Function, nullptr);
+	EXPECT_EQ(ParentCall->Function->Owner, Fixture.Blueprint->GeneratedClass);
+	EXPECT_FALSE(FEditFixture::Pin(ParentCall, TEXT("execute")).LinkedTo.empty());
+}
