@@ -628,6 +628,62 @@ describe('Blueprint members built through the SDK and read back', { timeout: TES
 	});
 });
 
+describe('a Blueprint graph built node by node, compiled and read back', { timeout: TEST_TIMEOUT_MS }, () =>
+{
+	const blueprint = '/Game/ClientTest/BP_ClientGraph';
+	const printString = 'func::/Script/Engine.KismetSystemLibrary:PrintString';
+
+	before(() =>
+	{
+		assert.ok(client, 'no SDK session (see the session group)');
+	});
+
+	test('wire BeginPlay to a branch and a print, compile clean, add a fault, compile to error', async () =>
+	{
+		const call = async (name, args) => structuredPayload(await callTool(client, name, args), name);
+		await call('blueprint_create', { PackagePath: '/Game/ClientTest', AssetName: 'BP_ClientGraph' });
+
+		const branchId = 'node::branch';
+		const printId = printString;
+
+		const add = async (SpawnerId, extra = {}) => call('blueprint_add_node', { BlueprintNameOrPath: blueprint, SpawnerId, ...extra });
+		const connect = async (source, SourcePinName, target, TargetPinName) => call('blueprint_connect_nodes', { BlueprintNameOrPath: blueprint,
+			SourceNodeGuid: source.node_guid, SourcePinName, TargetNodeGuid: target.node_guid, TargetPinName });
+		// A new Actor Blueprint holds a ghost BeginPlay; the event spawner places a real one.
+		const begin = await add('event::ReceiveBeginPlay');
+		assert.equal(begin.add_result.spawner_id, 'event::ReceiveBeginPlay');
+		const branch = await add(branchId, { NodePosX: 300 });
+		const print = await add(printId, { NodePosX: '600', PinDefaults: { InString: 'Hello from the client test', bPrintToLog: false } });
+		assert.equal(print.add_result.title, 'Print String');
+		assert.equal((await connect(begin, 'then', branch, 'execute')).connected, true);
+		await connect(branch, 'then', print, 'exec');
+
+		const clean = await call('blueprint_compile', { BlueprintNameOrPath: blueprint });
+		assert.deepEqual([clean.success, clean.status, clean.error_count], [true, 'up_to_date', 0], JSON.stringify(clean.messages));
+		assert.equal(clean.generated_class_path, '/Game/ClientTest/BP_ClientGraph.BP_ClientGraph_C');
+
+		// A cast reached from BeginPlay without an Object to cast is a fault the compiler reports.
+		const cast = await add('cast::/Script/Engine.Character', { NodePosX: 600, NodePosY: 200 });
+		assert.equal(cast.add_result.cast_source_pin, 'Object');
+		await connect(branch, 'else', cast, 'execute');
+		const broken = await callTool(client, 'blueprint_compile', { BlueprintNameOrPath: blueprint });
+		assert.equal(broken.isError, false, 'a compile with errors is an answer, not a tool failure');
+		const failed = broken.structuredContent;
+		assert.deepEqual([failed.success, failed.status], [false, 'error']);
+		assert.ok(failed.error_count >= 1);
+		assert.ok(failed.messages.some((message) => message.severity === 'error' && message.text.includes('Cast To Character')), JSON.stringify(failed.messages));
+
+		const graph = (await call('blueprint_read_graph', { BlueprintNameOrPath: blueprint })).parsed_graph;
+		const byGuid = Object.fromEntries(graph.nodes.map((node) => [node.node_guid, node]));
+		assert.deepEqual([begin, branch, print, cast].map((node) => byGuid[node.node_guid]?.spawner_id),
+			['event::ReceiveBeginPlay', 'node::branch', printString, 'cast::/Script/Engine.Character']);
+		assert.deepEqual(graph.connections.map((link) => `${byGuid[link.source_node_guid].title}.${link.source_pin}->${byGuid[link.target_node_guid].title}.${link.target_pin}`).sort(),
+			['Branch.else->Cast To Character.execute', 'Branch.then->Print String.execute', `${byGuid[begin.node_guid].title}.then->Branch.execute`].sort());
+		const inString = byGuid[print.node_guid].pin_details.find((pin) => pin.name === 'InString');
+		assert.equal(inString.default_value, 'Hello from the client test');
+	});
+});
+
 describe('Vessa extensions of the host\'s sample project', { timeout: TEST_TIMEOUT_MS }, () =>
 {
 	const levelTools = '/Game/Vessa/BP_LevelTools.BP_LevelTools_C';
