@@ -104,7 +104,7 @@ bool FSimulatedWorldPort::IsActorSubsystemAvailable() const
 bool FSimulatedWorldPort::GetEditorWorld(FZorvekMCPBridgeWorldInfo& OutWorld) const
 {
 	const FSimulatedObject* World = Editor.GetWorld().GetWorldObject();
-	if (!World)
+	if (!World || !bEditorWorldAvailable)
 	{
 		return false;
 	}
@@ -117,7 +117,7 @@ bool FSimulatedWorldPort::GetEditorWorld(FZorvekMCPBridgeWorldInfo& OutWorld) co
 TArray<FZorvekMCPBridgeActorEntry> FSimulatedWorldPort::GetAllLevelActors() const
 {
 	TArray<FZorvekMCPBridgeActorEntry> Entries;
-	if (!bActorSubsystemAvailable)
+	if (!bActorSubsystemAvailable || !bEditorWorldAvailable)
 	{
 		return Entries;
 	}
@@ -143,7 +143,7 @@ TArray<FZorvekMCPBridgeActorEntry> FSimulatedWorldPort::GetAllLevelActors() cons
 TArray<FZorvekMCPBridgeObjectHandle> FSimulatedWorldPort::GetSelectedLevelActors() const
 {
 	TArray<FZorvekMCPBridgeObjectHandle> Handles;
-	if (!bActorSubsystemAvailable)
+	if (!bActorSubsystemAvailable || !bEditorWorldAvailable)
 	{
 		return Handles;
 	}
@@ -205,6 +205,10 @@ bool FSimulatedWorldPort::ReadActor(FZorvekMCPBridgeObjectHandle ActorHandle, FZ
 
 FZorvekMCPBridgeObjectHandle FSimulatedWorldPort::SpawnActorFromClass(const FString& ClassPath, const FZorvekMCPBridgeVector& Location, const FZorvekMCPBridgeRotator& Rotation)
 {
+	if (!bEditorWorldAvailable)
+	{
+		return FZorvekMCPBridgeObjectHandle();
+	}
 	FString Error;
 	FSimulatedActor* Actor = Editor.GetWorld().SpawnActorFromClass(Editor.FindTypeByPath(ClassPath), SimWorldPortFromVector(Location), SimWorldPortFromRotator(Rotation), false, Error);
 	if (!Actor)

@@ -46,8 +46,10 @@ public:
 	bool ModuleExists(const FString& ModuleName) const override;
 	bool IsModuleLoaded(const FString& ModuleName) const override;
 
-	// Tests model an editor whose actor subsystem or world is missing.
+	// Tests model an editor whose actor subsystem or editor world is missing (without a world the
+	// subsystem lists no actors, as the engine's does).
 	void SetActorSubsystemAvailable(bool bAvailable) { bActorSubsystemAvailable = bAvailable; }
+	void SetEditorWorldAvailable(bool bAvailable) { bEditorWorldAvailable = bAvailable; }
 	FSimulatedWorld& GetSimulatedWorld() const;
 
 private:
@@ -58,5 +60,6 @@ private:
 
 	FSimulatedEditor& Editor;
 	bool bActorSubsystemAvailable = true;
+	bool bEditorWorldAvailable = true;
 	FTSTicker::FDelegateHandle TickHandle;
 };

@@ -191,3 +191,27 @@ TEST(SimulatedWorldLevel, SelectionKeepsItsOrderAndDestructionRefusesNullEntries
 	// The level keeps its order around the hole.
 	EXPECT_EQ(Labels(World.GetAllLevelActors()).back(), "VisualOnlySphere");
 }
+
+TEST(SimulatedWorldLevel, WithoutTheEditorWorldOrTheSubsystemNothingIsListedOrPlaced)
+{
+	const TSharedPtr<FSimulatedEditorPort> Port = LoadSampleProject();
+	FSimulatedWorldPort& WorldPort = static_cast<FSimulatedWorldPort&>(Port->GetWorld());
+	FZorvekMCPBridgeWorldInfo Info;
+	ASSERT_TRUE(WorldPort.GetEditorWorld(Info));
+	EXPECT_EQ(S(Info.Name), "SampleLevel");
+	EXPECT_EQ(S(Info.PackageName), "/Game/Maps/SampleLevel");
+	WorldOf(*Port).SetActorSelectionState(*FindByLabel(WorldOf(*Port), TEXT("Floor")), true);
+
+	WorldPort.SetEditorWorldAvailable(false);
+	EXPECT_FALSE(WorldPort.GetEditorWorld(Info));
+	EXPECT_EQ(WorldPort.GetAllLevelActors().Num(), 0);
+	EXPECT_EQ(WorldPort.GetSelectedLevelActors().Num(), 0);
+	EXPECT_FALSE(WorldPort.SpawnActorFromClass(TEXT("/Script/Engine.StaticMeshActor"), {}, {}).IsValid());
+
+	WorldPort.SetEditorWorldAvailable(true);
+	WorldPort.SetActorSubsystemAvailable(false);
+	EXPECT_FALSE(WorldPort.IsActorSubsystemAvailable());
+	EXPECT_EQ(WorldPort.GetAllLevelActors().Num(), 0);
+	EXPECT_EQ(WorldPort.GetSelectedLevelActors().Num(), 0);
+	EXPECT_EQ(WorldOf(*Port).GetLevelActorCount(), 9);
+}
