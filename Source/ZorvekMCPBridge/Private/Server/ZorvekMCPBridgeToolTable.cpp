@@ -9,6 +9,7 @@
 #include "Tools/ZorvekMCPBridgeBlueprintNodeTools.h"
 #include "Tools/ZorvekMCPBridgeDataAssetTools.h"
 #include "Tools/ZorvekMCPBridgeDiscoveryTools.h"
+#include "Tools/ZorvekMCPBridgeEditorWorldTools.h"
 #include "Tools/ZorvekMCPBridgeMaterialTools.h"
 #include "Tools/ZorvekMCPBridgeReproAssetTools.h"
 #include "Tools/ZorvekMCPBridgeVessaTools.h"
@@ -190,7 +191,7 @@ namespace
 			}, &ZorvekMCPBridgeDataAssetTools::HandleCreateBatch),
 
 			// Editor world.
-			ToolRow(TEXT("editor_get_world_status"), TEXT("Return current Unreal Editor world status, actor counts, selected actors, and editor placement guardrail state."), {}),
+			ToolRow(TEXT("editor_get_world_status"), TEXT("Return current Unreal Editor world status, actor counts, selected actors, and editor placement guardrail state."), {}, &ZorvekMCPBridgeEditorWorldTools::HandleGetWorldStatus),
 			ToolRow(TEXT("editor_place_actor"), TEXT("Place a Blueprint or native actor into the current editor world with explicit opt-in and Zorvek repro tags."), Concat(
 				TArray<FZorvekMCPBridgeToolParameter>{
 					OptionalText(TEXT("BlueprintNameOrPath"), TEXT("Blueprint asset path/name to place. Use this for Blueprint actor assets.")),
@@ -198,29 +199,29 @@ namespace
 					OptionalText(TEXT("ActorLabel"), TEXT("Optional editor actor label. Defaults to asset/class name.")),
 					OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true for Slice 55 because placement mutates the current editor world.")),
 				},
-				PlacementTransformParameters())),
+				PlacementTransformParameters()), &ZorvekMCPBridgeEditorWorldTools::HandlePlaceActor),
 			ToolRow(TEXT("editor_set_actor_transform"), TEXT("Set transform fields on an existing editor actor by name, label, or path and return updated bounds/readback."), Concat(
 				TArray<FZorvekMCPBridgeToolParameter>{RequiredText(TEXT("ActorNameOrLabel"), EditorActorNameOrLabelDescription)},
-				ActorTransformParameters())),
+				ActorTransformParameters()), &ZorvekMCPBridgeEditorWorldTools::HandleSetActorTransform),
 			ToolRow(TEXT("editor_set_component_transform"), TEXT("Set relative transform fields on an editor actor component and return updated actor/component bounds for visual adjustment loops."), Concat(
 				TArray<FZorvekMCPBridgeToolParameter>{
 					RequiredText(TEXT("ActorNameOrLabel"), EditorActorNameOrLabelDescription),
 					RequiredText(TEXT("ComponentName"), TEXT("Actor component name to update, for example Canopy.")),
 				},
-				ComponentTransformParameters())),
+				ComponentTransformParameters()), &ZorvekMCPBridgeEditorWorldTools::HandleSetComponentTransform),
 			ToolRow(TEXT("editor_read_level_actors"), TEXT("Read editor-world actors with labels, paths, classes, transforms, bounds, tags, and selection state."), {
 				OptionalText(TEXT("Filter"), TEXT("Optional substring filter matched against actor name, label, path, class, or tags.")),
 				OptionalText(TEXT("ReproOnly"), TEXT("Optional bool. When true, only actors tagged ZorvekRepro/ZorvekMCPBridge are returned.")),
 				OptionalText(TEXT("Limit"), TEXT("Maximum actors to return. Defaults to 100.")),
-			}),
+			}, &ZorvekMCPBridgeEditorWorldTools::HandleReadLevelActors),
 			ToolRow(TEXT("editor_select_actor"), TEXT("Select an editor actor by name, label, or path and return selected actor readback."), {
 				RequiredText(TEXT("ActorNameOrLabel"), TEXT("Actor name, label, or path to select.")),
 				OptionalText(TEXT("ClearSelection"), TEXT("Optional bool. Defaults to true.")),
-			}),
+			}, &ZorvekMCPBridgeEditorWorldTools::HandleSelectActor),
 			ToolRow(TEXT("editor_cleanup_repro_actors"), TEXT("Delete only Zorvek repro-tagged editor actors, optionally filtered, for deterministic cleanup after placement tests."), {
 				OptionalText(TEXT("Filter"), TEXT("Optional substring filter. Only repro-tagged actors matching this filter are deleted.")),
 				OptionalText(TEXT("DryRun"), TEXT("Optional bool. When true, report matching repro actors without deleting. Defaults to false.")),
-			}),
+			}, &ZorvekMCPBridgeEditorWorldTools::HandleCleanupReproActors),
 			ToolRow(TEXT("editor_capture_viewport"), TEXT("Capture the active editor viewport to PNG and return screenshot path plus target actor/component bounds for visual QA."), {
 				OptionalText(TEXT("ActorNameOrLabel"), TEXT("Optional actor name, label, or path to focus/capture. Defaults to selected actors.")),
 				OptionalText(TEXT("Focus"), TEXT("Optional bool. When true, focuses the active editor viewport on target actors before capture. Defaults to true.")),
