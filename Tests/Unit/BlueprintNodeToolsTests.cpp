@@ -34,6 +34,13 @@ TEST_F(FBlueprintNodeToolsTest, ConnectFindsNodesByGuidInAnyCaseAndPinsByTheirFa
 	// "exec" names the event's exec output and the print's exec input; GUIDs match in any case.
 	Ok(Connect(FreshPath, Event.ToLower(), TEXT("exec"), Print.ToLower(), TEXT("exec")));
 	EXPECT_EQ(LinksOf(FreshPath, Print, TEXT("execute")), (std::vector<std::string>{S(Event + TEXT(".then"))}));
+	// A macro's only exec output has its own name (unreal-behaviour-blueprints.md §2.3).
+	const FString Once = AddNodeGuid(FreshPath, TEXT("macro::/Engine/EditorBlueprintResources/StandardMacros:DoOnce"));
+	const FString Gate = AddNodeGuid(FreshPath, TEXT("macro::/Engine/EditorBlueprintResources/StandardMacros:Gate"));
+	Ok(Connect(FreshPath, Once, TEXT("then"), Print, TEXT("execute")));
+	EXPECT_EQ(LinksOf(FreshPath, Once, TEXT("Completed")), (std::vector<std::string>{S(Print + TEXT(".execute"))}));
+	// A gate has four exec inputs: "execute" names none of them.
+	EXPECT_EQ(ErrorText(Connect(FreshPath, Event, TEXT("then"), Gate, TEXT("execute"))), "Could not resolve pins then -> execute.");
 
 	// "Target" is the self pin's label (unreal-behaviour-blueprints.md §2.5).
 	const FString Boom = AddNodeGuid(ShowcasePath, TEXT("var_get::CameraBoom"));
