@@ -11,8 +11,11 @@
 #include "Tools/ZorvekMCPBridgeDiscoveryTools.h"
 #include "Tools/ZorvekMCPBridgeEditorWorldTools.h"
 #include "Tools/ZorvekMCPBridgeMaterialTools.h"
+#include "Tools/ZorvekMCPBridgePcgTools.h"
+#include "Tools/ZorvekMCPBridgeNodeSpawnerTools.h"
 #include "Tools/ZorvekMCPBridgeReproAssetTools.h"
 #include "Tools/ZorvekMCPBridgeVessaTools.h"
+#include "Tools/ZorvekMCPBridgeViewportCaptureTool.h"
 
 namespace
 {
@@ -226,7 +229,7 @@ namespace
 				OptionalText(TEXT("ActorNameOrLabel"), TEXT("Optional actor name, label, or path to focus/capture. Defaults to selected actors.")),
 				OptionalText(TEXT("Focus"), TEXT("Optional bool. When true, focuses the active editor viewport on target actors before capture. Defaults to true.")),
 				OptionalText(TEXT("FilenamePrefix"), TEXT("Optional PNG filename prefix. Defaults to ZorvekViewport.")),
-			}),
+			}, &ZorvekMCPBridgeViewportCaptureTool::HandleCaptureViewport),
 
 			// Road, intersection and skyscraper generators.
 			ToolRow(TEXT("blueprint_create_road_actor"), TEXT("Create a road segment actor Blueprint from engine primitive meshes."), {}),
@@ -234,29 +237,29 @@ namespace
 			ToolRow(TEXT("blueprint_create_skyscraper_actor"), TEXT("Create a skyscraper actor Blueprint from engine primitive meshes."), {}),
 
 			// PCG.
-			ToolRow(TEXT("pcg_get_status"), TEXT("Return PCG plugin availability and the bridge's PCG capability summary."), {}),
-			ToolRow(TEXT("pcg_get_road_capabilities"), TEXT("Return the supported PCG road and city workflows and their known limits."), {}),
-			ToolRow(TEXT("pcg_create_spline_bounds_actor"), TEXT("Create a spline bounds actor that limits PCG road or forest generation."), {}),
-			ToolRow(TEXT("pcg_inspect_spline_bounds_actor"), TEXT("Read the points and bounds of a PCG spline bounds actor."), {}),
-			ToolRow(TEXT("pcg_set_spline_bounds_actor"), TEXT("Set the points of a PCG spline bounds actor."), {}),
-			ToolRow(TEXT("pcg_create_forest_repro"), TEXT("Create a minimal PCG forest graph asset for forest reproduction workflows."), {}),
-			ToolRow(TEXT("pcg_place_forest_actor"), TEXT("Place an actor with a PCG component running a forest graph into the current editor world."), {}),
-			ToolRow(TEXT("pcg_inspect_graph"), TEXT("Read the nodes, settings, and edges of a PCG graph asset."), {}),
-			ToolRow(TEXT("pcg_set_forest_bounds"), TEXT("Set the box bounds of a PCG forest actor."), {}),
+			ToolRow(TEXT("pcg_get_status"), TEXT("Return PCG plugin availability and the bridge's PCG capability summary."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::GetStatus>),
+			ToolRow(TEXT("pcg_get_road_capabilities"), TEXT("Return the supported PCG road and city workflows and their known limits."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::GetRoadCapabilities>),
+			ToolRow(TEXT("pcg_create_spline_bounds_actor"), TEXT("Create a spline bounds actor that limits PCG road or forest generation."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::CreateSplineBoundsActor>),
+			ToolRow(TEXT("pcg_inspect_spline_bounds_actor"), TEXT("Read the points and bounds of a PCG spline bounds actor."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::InspectSplineBoundsActor>),
+			ToolRow(TEXT("pcg_set_spline_bounds_actor"), TEXT("Set the points of a PCG spline bounds actor."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::SetSplineBoundsActor>),
+			ToolRow(TEXT("pcg_create_forest_repro"), TEXT("Create a minimal PCG forest graph asset for forest reproduction workflows."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::CreateForestRepro>),
+			ToolRow(TEXT("pcg_place_forest_actor"), TEXT("Place an actor with a PCG component running a forest graph into the current editor world."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::PlaceForestActor>),
+			ToolRow(TEXT("pcg_inspect_graph"), TEXT("Read the nodes, settings, and edges of a PCG graph asset."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::InspectGraph>),
+			ToolRow(TEXT("pcg_set_forest_bounds"), TEXT("Set the box bounds of a PCG forest actor."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::SetForestBounds>),
 			ToolRow(TEXT("pcg_generate"), TEXT("Request generation of the PCG component on an editor-world forest actor and report the component's state."), {
 				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path whose PCG component should generate.")),
-			}),
-			ToolRow(TEXT("pcg_create_visual_repro_output"), TEXT("Create tagged stand-in tree actors that show a PCG forest actor's output in the editor world."), {}),
+			}, &ZorvekMCPBridgePcgTools::HandleGenerate),
+			ToolRow(TEXT("pcg_create_visual_repro_output"), TEXT("Create tagged stand-in tree actors that show a PCG forest actor's output in the editor world."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::CreateVisualReproOutput>),
 			ToolRow(TEXT("pcg_inspect_generated"), TEXT("Report what an editor-world forest actor's PCG component and the bridge's visual output actors have produced."), {
 				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path whose PCG output should be inspected.")),
-			}),
-			ToolRow(TEXT("pcg_run_forest_recipe"), TEXT("Run the whole PCG forest workflow in one call: graph, actor, bounds, generation, and readback."), {}),
-			ToolRow(TEXT("pcg_run_road_recipe"), TEXT("Run a PCG straight road strip workflow in one call."), {}),
-			ToolRow(TEXT("pcg_run_spline_road_proof"), TEXT("Run a PCG road workflow bounded by a spline rectangle."), {}),
-			ToolRow(TEXT("pcg_run_city_layout_recipe"), TEXT("Run a PCG grid city layout workflow with roads, intersections, and skyscrapers."), {}),
-			ToolRow(TEXT("pcg_update_city_layout_recipe"), TEXT("Make a city layout from pcg_run_city_layout_recipe bigger or denser."), {}),
-			ToolRow(TEXT("pcg_update_forest_recipe"), TEXT("Adjust the size, density, or naturalness of a forest from pcg_run_forest_recipe."), {}),
-			ToolRow(TEXT("pcg_multiclass_spawn_proof"), TEXT("Show several actor classes spawned from one PCG forest setup."), {}),
+			}, &ZorvekMCPBridgePcgTools::HandleInspectGenerated),
+			ToolRow(TEXT("pcg_run_forest_recipe"), TEXT("Run the whole PCG forest workflow in one call: graph, actor, bounds, generation, and readback."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunForestRecipe>),
+			ToolRow(TEXT("pcg_run_road_recipe"), TEXT("Run a PCG straight road strip workflow in one call."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunRoadRecipe>),
+			ToolRow(TEXT("pcg_run_spline_road_proof"), TEXT("Run a PCG road workflow bounded by a spline rectangle."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunSplineRoadProof>),
+			ToolRow(TEXT("pcg_run_city_layout_recipe"), TEXT("Run a PCG grid city layout workflow with roads, intersections, and skyscrapers."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunCityLayoutRecipe>),
+			ToolRow(TEXT("pcg_update_city_layout_recipe"), TEXT("Make a city layout from pcg_run_city_layout_recipe bigger or denser."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::UpdateCityLayoutRecipe>),
+			ToolRow(TEXT("pcg_update_forest_recipe"), TEXT("Adjust the size, density, or naturalness of a forest from pcg_run_forest_recipe."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::UpdateForestRecipe>),
+			ToolRow(TEXT("pcg_multiclass_spawn_proof"), TEXT("Show several actor classes spawned from one PCG forest setup."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::MulticlassSpawnProof>),
 
 			// Fixture assets.
 			ToolRow(TEXT("unreal_create_mossbank_repro_assets"), TEXT("Create minimal dummy CameraAsset, CameraRigAsset, and StateTree assets for validating Mossbank H/G inspection readers."), {
@@ -395,8 +398,15 @@ namespace
 			ToolRow(TEXT("blueprint_compile"), TEXT("Compile a Blueprint and return structured compiler warnings, errors, and status."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 			}, &ZorvekMCPBridgeBlueprintNodeTools::HandleCompile),
-			ToolRow(TEXT("blueprint_find_node_spawners"), TEXT("Search the native Blueprint node spawner catalogue for spawner ids."), {}),
-			ToolRow(TEXT("blueprint_resolve_node_spawner"), TEXT("Resolve a human node request to one canonical Blueprint node spawner id."), {}),
+			ToolRow(TEXT("blueprint_find_node_spawners"), TEXT("Search the native Blueprint node spawner catalogue for spawner ids. Results are ranked by title, names, keywords and category and carry each node's kind, pins, and whether it is pure or latent."), {
+				OptionalText(TEXT("Query"), TEXT("Words to find in node titles, categories, keywords, and function, variable or class names, for example print string or add int. Case, blanks and K2_ prefixes do not matter. Empty lists the catalogue.")),
+				OptionalText(TEXT("BlueprintNameOrPath"), TEXT("Optional Blueprint asset name, keyword, or full asset path whose own functions, variables, custom events and interface events are searched too.")),
+				OptionalText(TEXT("Limit"), TEXT("Maximum spawners to return. Defaults to 25.")),
+			}, &ZorvekMCPBridgeNodeSpawnerTools::HandleFindNodeSpawners),
+			ToolRow(TEXT("blueprint_resolve_node_spawner"), TEXT("Resolve a human node request to one canonical Blueprint node spawner id."), {
+				RequiredText(TEXT("Query"), TEXT("Node request, for example print string, branch, add int, get Health, cast to Character, or do once.")),
+				OptionalText(TEXT("BlueprintNameOrPath"), TEXT("Optional Blueprint asset name, keyword, or full asset path whose own functions, variables, custom events and interface events are candidates too.")),
+			}, &ZorvekMCPBridgeNodeSpawnerTools::HandleResolveNodeSpawner),
 			ToolRow(TEXT("blueprint_add_node"), TEXT("Add a Blueprint node using an existing native spawner id."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
@@ -421,7 +431,18 @@ namespace
 				RequiredText(TEXT("TargetNodeGuid"), TEXT("Target node GUID.")),
 				RequiredText(TEXT("TargetPinName"), TEXT("Target input pin name.")),
 			}, &ZorvekMCPBridgeBlueprintNodeTools::HandleConnectNodes),
-			ToolRow(TEXT("blueprint_add_node_by_search_and_connect"), TEXT("Find a node spawner by search, add the node, and connect it in one call."), {}),
+			ToolRow(TEXT("blueprint_add_node_by_search_and_connect"), TEXT("Find a node spawner by search, add the node, and connect it in one call. Reports each step; a refused connection removes the new node again."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
+				RequiredText(TEXT("Query"), TEXT("Node request resolved as blueprint_resolve_node_spawner does, for example print string.")),
+				RequiredText(TEXT("ExistingNodeGuid"), TEXT("GUID of the node in the graph to connect the new node to.")),
+				RequiredText(TEXT("ExistingPinName"), TEXT("Pin of that node: an output pin feeds the new node, an input pin is fed by it. then, execute, self and Target fall back as in blueprint_connect_nodes.")),
+				OptionalText(TEXT("NewNodePinName"), TEXT("Optional pin of the new node. Defaults to its first visible pin of the other direction that fits: exec for exec, else the same type, the same category, or a wildcard.")),
+				OptionalText(TEXT("NodeName"), TEXT("Optional alias/name for the new node.")),
+				OptionalText(TEXT("NodePosX"), TEXT("Optional X position for the new node. Defaults to 400 right of the existing node for an output pin, 400 left of it for an input pin.")),
+				OptionalText(TEXT("NodePosY"), TEXT("Optional Y position for the new node. Defaults to the existing node's Y.")),
+				OptionalObject(TEXT("PinDefaults"), TEXT("Optional pin default values keyed by pin name.")),
+			}, &ZorvekMCPBridgeNodeSpawnerTools::HandleAddNodeBySearchAndConnect),
 			ToolRow(TEXT("blueprint_run_recipe"), TEXT("Run a deterministic sequence of supported Blueprint-writing tool calls with per-step results and reference substitution."), {
 				OptionalText(TEXT("RecipeName"), TEXT("Optional recipe name for reporting.")),
 				RequiredObject(TEXT("Steps"), TEXT("Array of step objects with Id, ToolName, and Arguments. Later string arguments can reference prior structured results as $StepId.path.to.field.")),
