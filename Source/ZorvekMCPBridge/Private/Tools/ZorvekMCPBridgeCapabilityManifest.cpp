@@ -81,6 +81,8 @@ namespace
 			TEXT("Add members first: blueprint_add_variable, blueprint_add_component, blueprint_create_function, blueprint_add_custom_event."),
 			TEXT("Get canonical SpawnerId values from blueprint_find_node_spawners or blueprint_resolve_node_spawner."),
 			TEXT("Add nodes with blueprint_add_node and wire them with blueprint_connect_nodes."),
+			TEXT("To add one node wired to an existing pin, call blueprint_add_node_by_search_and_connect with the request and that pin; it removes the node again if the link is refused."),
+			TEXT("Lay nodes out with blueprint_set_node_position and group them with blueprint_add_comment."),
 			TEXT("Call blueprint_compile, then blueprint_read_graph to verify."),
 			TEXT("Send the same steps as one request with blueprint_run_recipe when the plan is known."),
 		}));
@@ -300,7 +302,8 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeDiscoveryTools::BuildCapabilityManifest()
 		TEXT("material_find_expression_classes"), TEXT("material_resolve_expression_class"), TEXT("material_create"), TEXT("material_add_expression"),
 		TEXT("material_connect_expressions"), TEXT("material_connect_root"),
 		TEXT("blueprint_search_project"), TEXT("blueprint_read_graph"), TEXT("blueprint_find_node_spawners"), TEXT("blueprint_resolve_node_spawner"),
-		TEXT("blueprint_add_node"), TEXT("blueprint_connect_nodes"), TEXT("blueprint_compile"), TEXT("blueprint_run_recipe"),
+		TEXT("blueprint_add_node"), TEXT("blueprint_connect_nodes"), TEXT("blueprint_add_node_by_search_and_connect"), TEXT("blueprint_compile"),
+		TEXT("blueprint_run_recipe"),
 	}));
 	Manifest->SetObjectField(TEXT("feature_matrix"), BuildFeatureMatrix());
 	Manifest->SetObjectField(TEXT("recommended_discovery_flow"), BuildDiscoveryFlow());
