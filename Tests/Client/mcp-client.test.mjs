@@ -638,13 +638,17 @@ describe('a Blueprint graph built node by node, compiled and read back', { timeo
 		assert.ok(client, 'no SDK session (see the session group)');
 	});
 
-	test('wire BeginPlay to a branch and a print, compile clean, add a fault, compile to error', async () =>
+	test('find and resolve spawners, wire BeginPlay to a branch and a print, compile clean, add a fault, compile to error', async () =>
 	{
 		const call = async (name, args) => structuredPayload(await callTool(client, name, args), name);
 		await call('blueprint_create', { PackagePath: '/Game/ClientTest', AssetName: 'BP_ClientGraph' });
 
-		const branchId = 'node::branch';
-		const printId = printString;
+		const found = await call('blueprint_find_node_spawners', { Query: 'print string', Limit: 5 });
+		assert.ok(found.spawners.some((spawner) => spawner.spawner_id === printString), JSON.stringify(found.spawners.map((spawner) => spawner.spawner_id)));
+		const branchId = (await call('blueprint_resolve_node_spawner', { Query: 'branch' })).spawner_id;
+		assert.equal(branchId, 'node::branch');
+		const printId = (await call('blueprint_resolve_node_spawner', { Query: 'print string' })).spawner_id;
+		assert.equal(printId, printString);
 
 		const add = async (SpawnerId, extra = {}) => call('blueprint_add_node', { BlueprintNameOrPath: blueprint, SpawnerId, ...extra });
 		const connect = async (source, SourcePinName, target, TargetPinName) => call('blueprint_connect_nodes', { BlueprintNameOrPath: blueprint,
