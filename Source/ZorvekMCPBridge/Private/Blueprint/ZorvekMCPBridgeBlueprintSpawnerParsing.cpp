@@ -7,7 +7,9 @@
 
 namespace
 {
-	// FUNC_BlueprintEvent: a function a Blueprint may implement as an event.
+	// FUNC_BlueprintEvent: a function a Blueprint may implement as an event (the action menu's
+	// FunctionCanBePlacedAsEvent asks more). Not in the reference notes; check against the engine
+	// (CoreUObject's Script.h EFunctionFlags).
 	constexpr uint32 BlueprintSpawnerEventFunctionFlag = 0x08000000;
 
 	// The macros of the standard library the node tools place.
