@@ -154,3 +154,16 @@ TEST(SimulatedWorldPcg, ThePluginStateIsWhatTheProbeReadsAndAnUnloadedModuleHasN
 	EXPECT_FALSE(WorldPort.GetPluginState(TEXT("PCG")).bEnabled);
 	EXPECT_FALSE(WorldPort.ModuleExists(TEXT("PCG")));
 }
+
+TEST(SimulatedWorldPcg, ADestroyedOwnerTakesItsScheduledGenerationWithIt)
+{
+	const TSharedPtr<FSimulatedEditorPort> Port = LoadSampleProject();
+	FSimulatedWorld& World = Port->GetEditor().GetWorld();
+	const FZorvekMCPBridgeObjectHandle Component = ForestComponent(*Port);
+	CallWithFlag(*Port, Component, TEXT("GenerateLocal"), true);
+	ASSERT_EQ(World.GetPcg().GetPendingGenerationCount(), 1);
+	ASSERT_TRUE(Port->GetWorld().DestroyActors({FSimulatedEditorPort::ToHandle(FSimulatedEditorPort::ToObject(Component)->Outer)}));
+	EXPECT_EQ(World.GetPcg().GetPendingGenerationCount(), 0);
+	World.Tick();
+	EXPECT_EQ(LevelActorsTagged(*Port, TEXT("PCG_ForestTree")), 0);
+}

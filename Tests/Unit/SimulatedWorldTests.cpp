@@ -215,3 +215,42 @@ TEST(SimulatedWorldLevel, WithoutTheEditorWorldOrTheSubsystemNothingIsListedOrPl
 	EXPECT_EQ(WorldPort.GetSelectedLevelActors().Num(), 0);
 	EXPECT_EQ(WorldOf(*Port).GetLevelActorCount(), 9);
 }
+
+TEST(SimulatedWorldLevel, AFreedLabelNumberIsTakenAgainFirst)
+{
+	const TSharedPtr<FSimulatedEditorPort> Port = LoadSampleProject();
+	FSimulatedWorld& World = WorldOf(*Port);
+	std::vector<FSimulatedActor*> Lights;
+	for (int32 Index = 0; Index < 4; ++Index)
+	{
+		Lights.push_back(Spawn(*Port, TEXT("/Script/Engine.PointLight")));
+	}
+	// The sample's light is PointLight; these are PointLight2 .. PointLight5.
+	EXPECT_EQ(S(Lights[0]->Label), "PointLight2");
+	EXPECT_EQ(S(Lights[3]->Label), "PointLight5");
+	FString Error;
+	ASSERT_TRUE(World.DestroyActors({Lights[1]}, Error));
+	// The editor tries numbers from 2 upwards, so the freed PointLight3 comes back first (§2.2).
+	EXPECT_EQ(S(Spawn(*Port, TEXT("/Script/Engine.PointLight"))->Label), "PointLight3");
+	EXPECT_EQ(S(Spawn(*Port, TEXT("/Script/Engine.PointLight"))->Label), "PointLight6");
+	// Labels compare without regard to case.
+	EXPECT_TRUE(World.SetActorLabel(*Lights[0], TEXT("lamp")));
+	FSimulatedActor* Other = Spawn(*Port, TEXT("/Script/Engine.PointLight"));
+	World.SetActorLabelUnique(*Other, TEXT("LAMP"));
+	EXPECT_EQ(S(Other->Label), "LAMP2");
+}
+
+TEST(SimulatedWorldLevel, WorldFixturesFailLoudlyNamingTheEntry)
+{
+	FString Error;
+	// An actor of a class nobody defined.
+	EXPECT_EQ(LoadInlineProject(TEXT("\"include\": [\"BlueprintEngineTypes.json\", \"WorldEngineTypes.json\"], \"world\": {\"map\": \"/Game/Maps/Test\", \"actors\": [{\"class\": \"/Script/Engine.NoSuchActor\"}]}"), &Error, false), nullptr);
+	EXPECT_NE(S(Error).find("world actors[0] /Script/Engine.NoSuchActor"), std::string::npos) << S(Error);
+	EXPECT_NE(S(Error).find("ActorClass is not valid"), std::string::npos) << S(Error);
+	// Component values for a component the actor does not have.
+	EXPECT_EQ(LoadInlineProject(TEXT("\"include\": [\"BlueprintEngineTypes.json\", \"WorldEngineTypes.json\"], \"world\": {\"map\": \"/Game/Maps/Test\", \"actors\": [{\"class\": \"/Script/Engine.StaticMeshActor\", \"components\": {\"Nope\": {}}}]}"), &Error, false), nullptr);
+	EXPECT_NE(S(Error).find("component 'Nope'"), std::string::npos) << S(Error);
+	// A world without the World and Level classes.
+	EXPECT_EQ(LoadInlineProject(TEXT("\"include\": [\"BlueprintEngineTypes.json\"], \"world\": {\"map\": \"/Game/Maps/Test\"}"), &Error, false), nullptr);
+	EXPECT_NE(S(Error).find("WorldEngineTypes.json"), std::string::npos) << S(Error);
+}

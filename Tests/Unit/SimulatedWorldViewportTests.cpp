@@ -210,3 +210,38 @@ TEST(SimulatedWorldViewport, LevelChangesRedrawOnTheNextTickAndOnlyThen)
 	EXPECT_NE(After, Before);
 	EXPECT_GT(FindSelectionOutline(After, Width, Height).Count, 0);
 }
+
+TEST(SimulatedWorldViewport, PngOfVariedRowsDecodesExactlyAndACorruptChunkIsRefused)
+{
+	// Rows that favour different filters, long runs and noise.
+	const int32 Width = 37;
+	const int32 Height = 23;
+	TArray<uint8> Bgra;
+	for (int32 Y = 0; Y < Height; ++Y)
+	{
+		for (int32 X = 0; X < Width; ++X)
+		{
+			const uint8 Noise = (uint8)((X * 73 + Y * 151) ^ (X * Y));
+			Bgra.Add(Y % 3 == 0 ? 40 : Noise);
+			Bgra.Add((uint8)(Y * 10));
+			Bgra.Add(Y % 2 == 0 ? (uint8)X : 200);
+			Bgra.Add(255);
+		}
+	}
+	const TArray<uint8> Png = SimulatedEncodePng(Width, Height, Bgra);
+	int32 DecodedWidth = 0;
+	int32 DecodedHeight = 0;
+	TArray<uint8> Rgba;
+	ASSERT_TRUE(SimulatedDecodePng(Png, DecodedWidth, DecodedHeight, Rgba));
+	ASSERT_EQ(Rgba.Num(), Bgra.Num());
+	for (int32 Index = 0; Index < Bgra.Num(); Index += 4)
+	{
+		ASSERT_EQ(Rgba[Index], Bgra[Index + 2]) << Index;
+		ASSERT_EQ(Rgba[Index + 2], Bgra[Index]) << Index;
+	}
+	TArray<uint8> Corrupt = Png;
+	Corrupt[Corrupt.Num() / 2] ^= 0x40;
+	EXPECT_FALSE(SimulatedDecodePng(Corrupt, DecodedWidth, DecodedHeight, Rgba));
+	// A size that does not match the pixels gives nothing.
+	EXPECT_TRUE(SimulatedEncodePng(Width + 1, Height, Bgra).IsEmpty());
+}
