@@ -48,10 +48,13 @@ TEST_F(FBlueprintNodeToolsTest, ConnectFindsNodesByGuidInAnyCaseAndPinsByTheirFa
 	Ok(Connect(ShowcasePath, Boom, TEXT("CameraBoom"), Hide, TEXT("Target")));
 	EXPECT_EQ(LinksOf(ShowcasePath, Hide, TEXT("self")), (std::vector<std::string>{S(Boom + TEXT(".CameraBoom"))}));
 
-	// A word that names no pin is not guessed at.
+	// Any other name that matches no pin falls back to "then" on the source and "execute" on the
+	// target; a node without such a pin has nothing to fall back to.
+	const FString Branch = AddNodeGuid(FreshPath, TEXT("node::branch"));
+	Ok(Connect(FreshPath, Event, TEXT("Finished"), Branch, TEXT("Start")));
+	EXPECT_EQ(LinksOf(FreshPath, Branch, TEXT("execute")), (std::vector<std::string>{S(Event + TEXT(".then"))}));
 	const std::string Before = Describe(FreshPath);
-	EXPECT_EQ(ErrorText(Connect(FreshPath, Event, TEXT("Finished"), Print, TEXT("execute"))), "Could not resolve pins Finished -> execute.");
-	EXPECT_EQ(ErrorText(Connect(FreshPath, Event, TEXT("then"), Print, TEXT("Message"))), "Could not resolve pins then -> Message.");
+	EXPECT_EQ(ErrorText(Connect(FreshPath, Gate, TEXT("Finished"), Print, TEXT("execute"))), "Could not resolve pins Finished -> execute.");
 	EXPECT_EQ(Describe(FreshPath), Before);
 }
 

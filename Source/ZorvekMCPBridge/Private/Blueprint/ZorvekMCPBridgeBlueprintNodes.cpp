@@ -293,27 +293,22 @@ bool ZorvekMCPBridgeBlueprintNodes::PlaceNodeFromRequest(IZorvekMCPBridgeEditorP
 	return PlaceNode(Port, Loaded, Placement, OutPlaced, OutError);
 }
 
-const FZorvekMCPBridgeGraphPinSnapshot* ZorvekMCPBridgeBlueprintNodes::FindConnectionPin(const TArray<FZorvekMCPBridgeGraphPinSnapshot>& Pins, const FString& PinName, EConnectionEnd End)
+const FZorvekMCPBridgeGraphPinSnapshot* ZorvekMCPBridgeBlueprintNodes::FindConnectionPin(const TArray<FZorvekMCPBridgeGraphPinSnapshot>& Pins, const FString& PinName, EConnectionEnd End,
+	EPinNameFallback Fallback)
 {
 	if (const FZorvekMCPBridgeGraphPinSnapshot* Exact = FindBlueprintNodesPinByName(Pins, PinName))
 	{
 		return Exact;
 	}
+	const bool bAnyName = Fallback == EPinNameFallback::AnyName;
 	if (End == EConnectionEnd::Source)
 	{
-		if (IsBlueprintNodesWordOf(PinName, BlueprintNodesSourceExecWords))
-		{
-			const FZorvekMCPBridgeGraphPinSnapshot* Then = FindBlueprintNodesPinByName(Pins, TEXT("then"));
-			return Then ? Then : FindBlueprintNodesOnlyExecPin(Pins, EZorvekMCPBridgePinDirection::Output);
-		}
-		return nullptr;
+		const bool bExecWord = IsBlueprintNodesWordOf(PinName, BlueprintNodesSourceExecWords);
+		const FZorvekMCPBridgeGraphPinSnapshot* Then = (bAnyName || bExecWord) ? FindBlueprintNodesPinByName(Pins, TEXT("then")) : nullptr;
+		return Then ? Then : (bExecWord ? FindBlueprintNodesOnlyExecPin(Pins, EZorvekMCPBridgePinDirection::Output) : nullptr);
 	}
-	if (IsBlueprintNodesWordOf(PinName, BlueprintNodesTargetExecWords))
-	{
-		const FZorvekMCPBridgeGraphPinSnapshot* Execute = FindBlueprintNodesPinByName(Pins, TEXT("execute"));
-		return Execute ? Execute : FindBlueprintNodesOnlyExecPin(Pins, EZorvekMCPBridgePinDirection::Input);
-	}
-	// The self pin is labelled "Target" on the node.
+	// The self pin is labelled "Target" on the node; these two names never fall back to the exec
+	// input, which could not take an object anyway.
 	if (PinName.Equals(TEXT("self"), ESearchCase::IgnoreCase))
 	{
 		return FindBlueprintNodesPinByName(Pins, TEXT("Target"));
@@ -322,7 +317,9 @@ const FZorvekMCPBridgeGraphPinSnapshot* ZorvekMCPBridgeBlueprintNodes::FindConne
 	{
 		return FindBlueprintNodesPinByName(Pins, TEXT("self"));
 	}
-	return nullptr;
+	const bool bExecWord = IsBlueprintNodesWordOf(PinName, BlueprintNodesTargetExecWords);
+	const FZorvekMCPBridgeGraphPinSnapshot* Execute = (bAnyName || bExecWord) ? FindBlueprintNodesPinByName(Pins, TEXT("execute")) : nullptr;
+	return Execute ? Execute : (bExecWord ? FindBlueprintNodesOnlyExecPin(Pins, EZorvekMCPBridgePinDirection::Input) : nullptr);
 }
 
 const FZorvekMCPBridgeNodeSnapshot* ZorvekMCPBridgeBlueprintNodes::FindNodeByGuid(const FZorvekMCPBridgeGraphSnapshot& Graph, const FString& NodeGuid)
@@ -351,8 +348,8 @@ bool ZorvekMCPBridgeBlueprintNodes::ResolveConnection(const ZorvekMCPBridgeBluep
 		OutError = TEXT("Could not resolve source or target node GUID.");
 		return false;
 	}
-	const FZorvekMCPBridgeGraphPinSnapshot* SourcePin = FindConnectionPin(SourceNode->Pins, Connection.SourcePinName, EConnectionEnd::Source);
-	const FZorvekMCPBridgeGraphPinSnapshot* TargetPin = FindConnectionPin(TargetNode->Pins, Connection.TargetPinName, EConnectionEnd::Target);
+	const FZorvekMCPBridgeGraphPinSnapshot* SourcePin = FindConnectionPin(SourceNode->Pins, Connection.SourcePinName, EConnectionEnd::Source, EPinNameFallback::AnyName);
+	const FZorvekMCPBridgeGraphPinSnapshot* TargetPin = FindConnectionPin(TargetNode->Pins, Connection.TargetPinName, EConnectionEnd::Target, EPinNameFallback::AnyName);
 	if (!SourcePin || !TargetPin)
 	{
 		OutError = FString::Printf(TEXT("Could not resolve pins %s -> %s."), *Connection.SourcePinName, *Connection.TargetPinName);

@@ -72,11 +72,23 @@ namespace ZorvekMCPBridgeBlueprintNodes
 		Target
 	};
 
+	// How far a pin name that matches no pin is taken.
+	enum class EPinNameFallback : uint8
+	{
+		// blueprint_connect_nodes: any name falls back - on the source to "then", on the target to
+		// "execute" - and on the target "self" and "Target" stand for each other.
+		AnyName,
+		// Only exec words ("exec", "then", "execute", "in", "out"...) stand for the exec pins, and
+		// "self" / "Target" for each other; other names match nothing.
+		ExecWordsOnly
+	};
+
 	// A pin of the node by name (either direction, without regard to case, first in pin order);
-	// when the exact name finds nothing, the fallback words: an exec word on the source stands
-	// for "then", on the target for "execute", and on the target "self" and "Target" stand for
-	// each other. Null when nothing matches. Works on a template's pins too.
-	const FZorvekMCPBridgeGraphPinSnapshot* FindConnectionPin(const TArray<FZorvekMCPBridgeGraphPinSnapshot>& Pins, const FString& PinName, EConnectionEnd End);
+	// when the exact name finds nothing, the fallbacks above, and for an exec word the node's
+	// only exec pin of that side when it has no "then" / "execute" (a macro's exec pins have
+	// their own names). Null when nothing matches. Works on a template's pins too.
+	const FZorvekMCPBridgeGraphPinSnapshot* FindConnectionPin(const TArray<FZorvekMCPBridgeGraphPinSnapshot>& Pins, const FString& PinName, EConnectionEnd End,
+		EPinNameFallback Fallback = EPinNameFallback::ExecWordsOnly);
 
 	// The node whose GUID text equals the given text without regard to case; null when none.
 	const FZorvekMCPBridgeNodeSnapshot* FindNodeByGuid(const FZorvekMCPBridgeGraphSnapshot& Graph, const FString& NodeGuid);
