@@ -811,6 +811,67 @@ describe('the editor world of the host\'s sample level', { timeout: TEST_TIMEOUT
 	});
 });
 
+describe('a Blueprint built by one recipe with references between its steps', { timeout: TEST_TIMEOUT_MS }, () =>
+{
+	const printString = 'func::/Script/Engine.KismetSystemLibrary:PrintString';
+
+	before(() =>
+	{
+		assert.ok(client, 'no SDK session (see the session group)');
+	});
+
+	test('create, add a variable, a custom event and a print, wire them with $Step.field references, compile, read back', async () =>
+	{
+		const result = await callTool(client, 'blueprint_run_recipe', {
+			RecipeName: 'client recipe',
+			Steps: [
+				{ Id: 'Create', ToolName: 'blueprint_create', Arguments: { PackagePath: '/Game/ClientRecipe', AssetName: 'BP_ClientRecipe' } },
+				{ Id: 'Greeting', ToolName: 'blueprint_add_variable', Arguments: { BlueprintNameOrPath: '$Create.asset_path', VarName: 'Greeting', Type: 'string' } },
+				{ Id: 'Event', ToolName: 'blueprint_add_custom_event', Arguments: { BlueprintNameOrPath: '$Create.asset_path', EventName: 'SayHello' } },
+				{ Id: 'Print', Name: 'blueprint_add_node', Arguments: { BlueprintNameOrPath: '$Create.object_path', SpawnerId: printString, NodePosX: 400,
+					PinDefaults: { InString: 'Hello from ${Create.asset_path} via ${Event.event_name}' } } },
+				{ ToolName: 'blueprint_connect_nodes', Arguments: { BlueprintNameOrPath: '$Create.asset_path', SourceNodeGuid: '$Event.node_guid', SourcePinName: 'then',
+					TargetNodeGuid: '$Print.node_guid', TargetPinName: 'execute' } },
+				{ Id: 'Compile', ToolName: 'blueprint_compile', Arguments: { BlueprintNameOrPath: '$Create.asset_path' } },
+			],
+		});
+		const report = structuredPayload(result, 'blueprint_run_recipe');
+		assert.deepEqual([report.success, report.step_count, report.completed_step_count, report.mutation_policy], [true, 6, 6, 'sequential_no_rollback'],
+			JSON.stringify([report.error, report.failure_reason]));
+		assert.deepEqual(report.steps.map((step) => step.step_id), ['Create', 'Greeting', 'Event', 'Print', 'Step5', 'Compile']);
+		const [, , event, print, connect, compile] = report.steps.map((step) => step.structured_content);
+		assert.equal(report.steps[4].arguments.SourceNodeGuid, event.node_guid);
+		assert.equal(report.steps[3].arguments.NodePosX, 400, 'numbers stay numbers');
+		assert.equal(connect.connected, true);
+		assert.deepEqual([compile.success, compile.status], [true, 'up_to_date'], JSON.stringify(compile.messages));
+
+		const graph = structuredPayload(await callTool(client, 'blueprint_read_graph', { BlueprintNameOrPath: '/Game/ClientRecipe/BP_ClientRecipe' }), 'blueprint_read_graph').parsed_graph;
+		const byGuid = Object.fromEntries(graph.nodes.map((node) => [node.node_guid, node]));
+		assert.deepEqual([byGuid[event.node_guid]?.spawner_id, byGuid[print.node_guid]?.spawner_id], ['custom_event::SayHello', printString]);
+		assert.ok(graph.connections.some((link) => link.source_node_guid === event.node_guid && link.source_pin === 'then'
+			&& link.target_node_guid === print.node_guid && link.target_pin === 'execute'), JSON.stringify(graph.connections));
+		const inString = byGuid[print.node_guid].pin_details.find((pin) => pin.name === 'InString');
+		assert.equal(inString.default_value, 'Hello from /Game/ClientRecipe/BP_ClientRecipe via SayHello');
+	});
+
+	test('a refused recipe runs nothing: a reference to a later step', async () =>
+	{
+		const result = await callTool(client, 'blueprint_run_recipe', {
+			Steps: [
+				{ Id: 'Create', ToolName: 'blueprint_create', Arguments: { PackagePath: '/Game/ClientRecipe', AssetName: 'BP_ClientRecipeRefused' } },
+				{ ToolName: 'blueprint_compile', Arguments: { BlueprintNameOrPath: '$Later.asset_path' } },
+				{ Id: 'Later', ToolName: 'blueprint_compile', Arguments: { BlueprintNameOrPath: '$Create.asset_path' } },
+			],
+		});
+		assert.equal(result.isError, true);
+		assert.deepEqual([result.structuredContent.completed_step_count, result.structuredContent.steps.length, result.structuredContent.error],
+			[0, 0, "Could not resolve recipe reference '$Later.asset_path': unknown step id 'Later'."]);
+		// The first step never ran: no such Blueprint resolves.
+		const resolved = await callTool(client, 'unreal_resolve_asset', { name_or_path: 'BP_ClientRecipeRefused' });
+		assert.deepEqual([resolved.isError, resolved.structuredContent.count], [true, 0], JSON.stringify(resolved.structuredContent));
+	});
+});
+
 describe('shutdown', { timeout: TEST_TIMEOUT_MS }, () =>
 {
 	test('the host exits cleanly when its standard input closes', async () =>
