@@ -232,3 +232,34 @@ bool FSimulatedBlueprintPort::FindClassVariable(const FString& ClassPath, const 
 	}
 	return false;
 }
+
+bool FSimulatedBlueprintPort::RemoveMemberVariable(FZorvekMCPBridgeObjectHandle Handle, const FName& VarName)
+{
+	FSimulatedBlueprint* Blueprint = FindBlueprint(Handle);
+	const int32 Index = Blueprint ? Blueprint->FindNewVariableIndex(VarName.ToString()) : INDEX_NONE;
+	if (Index == INDEX_NONE)
+	{
+		return false;
+	}
+	// RemoveMemberVariable takes the variable's own Get and Set nodes with it (RemoveVariableNodes).
+	for (FSimulatedGraph* Graph : Blueprint->GetAllGraphs())
+	{
+		std::vector<FSimulatedNode*> Doomed;
+		for (const std::unique_ptr<FSimulatedNode>& Node : Graph->Nodes)
+		{
+			const bool bVariableNode = Node->Kind == EZorvekMCPBridgeNodeKind::VariableGet || Node->Kind == EZorvekMCPBridgeNodeKind::VariableSet;
+			if (bVariableNode && Node->Data.bVariableSelfContext && !Node->Data.bLocalVariable && Node->Data.VariableName.Equals(VarName.ToString(), ESearchCase::IgnoreCase))
+			{
+				Doomed.push_back(Node.get());
+			}
+		}
+		for (FSimulatedNode* Node : Doomed)
+		{
+			GetModel().RemoveNode(*Graph, *Node);
+		}
+	}
+	Blueprint->NewVariables.erase(Blueprint->NewVariables.begin() + Index);
+	GetModel().MarkStructurallyModified(*Blueprint);
+	DirtyPackageIfModified(Blueprint);
+	return true;
+}

@@ -54,6 +54,7 @@ public:
 		TArray<FZorvekMCPBridgeGraphPinSnapshot>& OutPins) const override;
 	void MarkStructurallyModified(FZorvekMCPBridgeObjectHandle Blueprint) override;
 	void MarkModified(FZorvekMCPBridgeObjectHandle Blueprint) override;
+	bool RemoveMemberVariable(FZorvekMCPBridgeObjectHandle Blueprint, const FName& VarName) override;
 
 	// The notifications ImplementNewInterface wrote (log lines in an unattended editor), for tests.
 	const TArray<FString>& GetNotifications() const { return Notifications; }

@@ -37,6 +37,7 @@ public:
 
 	static bool AddMemberVariable(UBlueprint* Blueprint, const FName& NewVarName, const FEdGraphPinType& NewVarType, const FString& DefaultValue = FString());
 	static int32 FindNewVariableIndex(const UBlueprint* Blueprint, const FName& InName);
+	static void RemoveMemberVariable(UBlueprint* Blueprint, const FName VarName);
 	static void SetBlueprintVariableCategory(UBlueprint* Blueprint, const FName& VarName, const UStruct* InLocalVarScope, const FText& NewCategory, bool bDontRecompile = false);
 	static USCS_Node* FindSCS_Node(const UBlueprint* Blueprint, const FName InName);
 

@@ -620,4 +620,11 @@ public:
 	// FBlueprintEditorUtils::MarkBlueprintAsStructurallyModified / MarkBlueprintAsModified.
 	virtual void MarkStructurallyModified(FZorvekMCPBridgeObjectHandle Blueprint) = 0;
 	virtual void MarkModified(FZorvekMCPBridgeObjectHandle Blueprint) = 0;
+
+	// ---- Composite tools ----
+
+	// FBlueprintEditorUtils::RemoveMemberVariable, for a variable the Blueprint itself declares
+	// (FindNewVariableIndex): a composite tool takes back the variables it added when a later step
+	// is refused. False, changing nothing, when the Blueprint declares no such variable.
+	virtual bool RemoveMemberVariable(FZorvekMCPBridgeObjectHandle Blueprint, const FName& VarName) = 0;
 };

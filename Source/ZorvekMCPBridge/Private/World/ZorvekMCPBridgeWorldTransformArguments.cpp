@@ -167,3 +167,8 @@ ZorvekMCPBridgeWorldTransformArguments::FTransformOverrides ZorvekMCPBridgeWorld
 	}
 	return Overrides;
 }
+
+FString ZorvekMCPBridgeWorldTransformArguments::ReadNumber(const TSharedPtr<FJsonObject>& Arguments, const TCHAR* Key, FNumberOverride& OutNumber)
+{
+	return WorldTransformReadNumber(Arguments, Key, OutNumber);
+}

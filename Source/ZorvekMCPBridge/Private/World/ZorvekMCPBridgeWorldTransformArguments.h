@@ -48,4 +48,8 @@ namespace ZorvekMCPBridgeWorldTransformArguments
 	// or the texts "nan" and "inf"), "%s is out of range (at most 10000000 in magnitude)." beyond
 	// MaxMagnitude. A scale of 0 is allowed, as the engine allows it.
 	FTransformOverrides Read(const TSharedPtr<FJsonObject>& Arguments);
+
+	// One number argument under any key, with the same forms and refusals: the refusal naming the
+	// key, empty when the key is absent (bPresent stays false) or holds a usable number.
+	FString ReadNumber(const TSharedPtr<FJsonObject>& Arguments, const TCHAR* Key, FNumberOverride& OutNumber);
 }

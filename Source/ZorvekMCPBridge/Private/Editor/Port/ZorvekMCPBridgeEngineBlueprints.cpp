@@ -584,3 +584,14 @@ void FZorvekMCPBridgeEngineBlueprints::MarkModified(FZorvekMCPBridgeObjectHandle
 		FBlueprintEditorUtils::MarkBlueprintAsModified(Blueprint);
 	}
 }
+
+bool FZorvekMCPBridgeEngineBlueprints::RemoveMemberVariable(FZorvekMCPBridgeObjectHandle Handle, const FName& VarName)
+{
+	UBlueprint* Blueprint = ZorvekMCPBridgeEngineBlueprintsLocal::ToBlueprint(Handle);
+	if (!Blueprint || FBlueprintEditorUtils::FindNewVariableIndex(Blueprint, VarName) == INDEX_NONE)
+	{
+		return false;
+	}
+	FBlueprintEditorUtils::RemoveMemberVariable(Blueprint, VarName);
+	return true;
+}

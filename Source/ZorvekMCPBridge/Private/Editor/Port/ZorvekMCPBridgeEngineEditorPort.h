@@ -112,6 +112,7 @@ public:
 	void RemoveComponentNode(FZorvekMCPBridgeObjectHandle Blueprint, FZorvekMCPBridgeObjectHandle Node) override;
 	void MarkStructurallyModified(FZorvekMCPBridgeObjectHandle Blueprint) override;
 	void MarkModified(FZorvekMCPBridgeObjectHandle Blueprint) override;
+	bool RemoveMemberVariable(FZorvekMCPBridgeObjectHandle Blueprint, const FName& VarName) override;
 
 	FZorvekMCPBridgeNodeSpawnResult SpawnNode(FZorvekMCPBridgeObjectHandle Blueprint, const FString& GraphName,
 		const FZorvekMCPBridgeNodeSpawnRequest& Request, int32 PosX, int32 PosY, const TArray<FZorvekMCPBridgePinDefault>& PinDefaults) override;
@@ -168,6 +169,7 @@ public:
 	void SelectNothing() override;
 	void SetActorSelectionState(FZorvekMCPBridgeObjectHandle Actor, bool bSelected) override;
 	bool DestroyActors(const TArray<FZorvekMCPBridgeObjectHandle>& Actors) override;
+	FZorvekMCPBridgeObjectHandle AddInstanceComponent(FZorvekMCPBridgeObjectHandle Actor, const FString& ComponentClassPath, const FString& ComponentName) override;
 	FZorvekMCPBridgeViewportInfo GetActiveViewport() const override;
 	void FocusActiveViewportOnBox(const FZorvekMCPBridgeBox& Box) override;
 	bool ReadActiveViewportPixels(TArray<uint8>& OutBgraPixels, int32& OutWidth, int32& OutHeight) override;
