@@ -3,6 +3,7 @@
 #include "SimulatedBlueprint.h"
 #include "SimulatedPcg.h"
 #include "SimulatedViewport.h"
+#include "SimulatedWorldSpline.h"
 
 #include <algorithm>
 
@@ -71,6 +72,7 @@ FSimulatedWorld::FSimulatedWorld(FSimulatedEditor& InEditor)
 	: Editor(InEditor)
 	, Viewport(std::make_unique<FSimulatedViewport>(*this))
 	, Pcg(std::make_unique<FSimulatedPcg>(*this))
+	, Splines(std::make_unique<FSimulatedSplines>(*this))
 {
 }
 
@@ -462,7 +464,39 @@ FSimulatedComponent* FSimulatedWorld::AddComponent(FSimulatedActor& Actor, FSimu
 	{
 		Pcg->OnComponentCreated(*Result);
 	}
+	if (IsA(SimulatedWorldSpline::SplineComponentClassPath))
+	{
+		Splines->OnComponentCreated(*Result);
+	}
 	return Result;
+}
+
+FSimulatedComponent* FSimulatedWorld::AddInstanceComponent(FSimulatedActor& Actor, FSimulatedType* ComponentClass, const FString& Name)
+{
+	const FSimulatedType* ActorComponentClass = Editor.FindTypeByPath(TEXT("/Script/Engine.ActorComponent"));
+	if (!ComponentClass || !ActorComponentClass || !ComponentClass->IsChildOf(ActorComponentClass) || (ComponentClass->ClassFlags & 0x1u) != 0)
+	{
+		return nullptr;
+	}
+	// NewObject refuses a name taken in the outer; MakeUniqueObjectName numbers it instead.
+	FString UniqueName = Name;
+	const auto IsTaken = [&Actor](const FString& Candidate)
+	{
+		return std::any_of(Actor.Components.begin(), Actor.Components.end(), [&Candidate](const std::unique_ptr<FSimulatedComponent>& Existing)
+		{
+			return Existing->Object->Name.Equals(Candidate, ESearchCase::IgnoreCase);
+		});
+	};
+	for (int32 Number = 0; IsTaken(UniqueName); ++Number)
+	{
+		UniqueName = FString::Printf(TEXT("%s_%d"), *Name, Number);
+	}
+	FSimulatedComponent* Component = AddComponent(Actor, ComponentClass, UniqueName, nullptr);
+	if (Component)
+	{
+		Attach(*Component, nullptr);
+	}
+	return Component;
 }
 
 void FSimulatedWorld::Attach(FSimulatedComponent& Child, FSimulatedComponent* Parent)

@@ -17,6 +17,7 @@
 
 class FSimulatedViewport;
 class FSimulatedPcg;
+class FSimulatedSplines;
 struct FSimulatedActor;
 struct FSimulatedSCSNode;
 
@@ -195,10 +196,17 @@ public:
 	// package so its name is free again).
 	bool DestroyActors(const std::vector<FSimulatedActor*>& Actors, FString& OutError);
 
+	// The details panel's Add Component: an instance component of the class on the actor, under
+	// the name when it is free among the actor's subobjects (else Name_0, Name_1...); a scene
+	// component becomes the root of an actor without one and is attached to the root otherwise.
+	// Null for a class that is no concrete actor component class.
+	FSimulatedComponent* AddInstanceComponent(FSimulatedActor& Actor, FSimulatedType* ComponentClass, const FString& Name);
+
 	// ---- Viewport, PCG and the editor tick ----
 
 	FSimulatedViewport& GetViewport() const { return *Viewport; }
 	FSimulatedPcg& GetPcg() const { return *Pcg; }
+	FSimulatedSplines& GetSplines() const { return *Splines; }
 	// One editor tick: scheduled PCG generations complete, a focus transition that was not
 	// instant arrives, and the viewport redraws. The host ticks after every request it serves.
 	void Tick();
@@ -249,4 +257,5 @@ private:
 	int64 TickCount = 0;
 	std::unique_ptr<FSimulatedViewport> Viewport;
 	std::unique_ptr<FSimulatedPcg> Pcg;
+	std::unique_ptr<FSimulatedSplines> Splines;
 };

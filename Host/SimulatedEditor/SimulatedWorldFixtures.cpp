@@ -4,6 +4,7 @@
 #include "SimulatedPcg.h"
 #include "SimulatedViewport.h"
 #include "SimulatedWorld.h"
+#include "SimulatedWorldSpline.h"
 
 #include "Dom/JsonValue.h"
 
@@ -405,6 +406,7 @@ bool SimulatedWorldFixtures::Load(FSimulatedEditor& Editor, const TArray<TPair<T
 	if (bHasTypes)
 	{
 		Editor.GetWorld().GetPcg().BindClassFunctions();
+		Editor.GetWorld().GetSplines().RegisterClass(Editor);
 	}
 	for (const TPair<TSharedPtr<FJsonObject>, FString>& Document : Documents)
 	{

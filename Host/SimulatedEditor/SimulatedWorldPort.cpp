@@ -301,6 +301,19 @@ bool FSimulatedWorldPort::DestroyActors(const TArray<FZorvekMCPBridgeObjectHandl
 	return bDestroyed;
 }
 
+FZorvekMCPBridgeObjectHandle FSimulatedWorldPort::AddInstanceComponent(FZorvekMCPBridgeObjectHandle ActorHandle, const FString& ComponentClassPath, const FString& ComponentName)
+{
+	FSimulatedActor* Actor = ToActor(ActorHandle);
+	FSimulatedType* Class = Editor.FindTypeByPath(ComponentClassPath);
+	FSimulatedComponent* Component = Actor && Class && Class->Kind == ESimulatedTypeKind::Class ? Editor.GetWorld().AddInstanceComponent(*Actor, Class, ComponentName) : nullptr;
+	if (!Component)
+	{
+		return FZorvekMCPBridgeObjectHandle();
+	}
+	NoteLevelChanged();
+	return FSimulatedEditorPort::ToHandle(Component->Object);
+}
+
 FZorvekMCPBridgeViewportInfo FSimulatedWorldPort::GetActiveViewport() const
 {
 	const FSimulatedViewport& Viewport = Editor.GetWorld().GetViewport();

@@ -168,6 +168,9 @@ TEST_F(PcgToolsTest, GenerateWithPcgDisabledAnswersTheUnavailableResultAndTouche
 
 TEST_F(PcgToolsTest, ThePcgToolsNotBuiltYetSayWhyForEachAvailabilityState)
 {
+	// The PCG tools this build answers, each with tests of its own.
+	const TArray<FString> BuiltTools = {TEXT("pcg_generate"), TEXT("pcg_inspect_generated"), TEXT("pcg_get_status"), TEXT("pcg_get_road_capabilities"),
+		TEXT("pcg_create_spline_bounds_actor"), TEXT("pcg_inspect_spline_bounds_actor"), TEXT("pcg_set_spline_bounds_actor")};
 	int32 UnbuiltCount = 0;
 	for (const bool bAvailable : {false, true})
 	{
@@ -175,7 +178,7 @@ TEST_F(PcgToolsTest, ThePcgToolsNotBuiltYetSayWhyForEachAvailabilityState)
 		for (const FZorvekMCPBridgeToolDefinition& Tool : ZorvekMCPBridgeTools::GetToolTable())
 		{
 			const FString Name = Tool.Name;
-			if (!Name.StartsWith(TEXT("pcg_"), ESearchCase::CaseSensitive) || Name == TEXT("pcg_generate") || Name == TEXT("pcg_inspect_generated"))
+			if (!Name.StartsWith(TEXT("pcg_"), ESearchCase::CaseSensitive) || BuiltTools.Contains(Name))
 			{
 				continue;
 			}
@@ -200,7 +203,7 @@ TEST_F(PcgToolsTest, ThePcgToolsNotBuiltYetSayWhyForEachAvailabilityState)
 			}
 		}
 	}
-	EXPECT_EQ(UnbuiltCount, 17);
+	EXPECT_EQ(UnbuiltCount, 12);
 }
 
 // The reflective call.

@@ -22,6 +22,17 @@ T* NewObject(UObject* Outer, FName Name, EObjectFlags Flags = RF_NoFlags, UObjec
 template <class T>
 T* NewObject(UObject* Outer = (UObject*)GetTransientPackage());
 
+// Not in the reference notes beyond MakeUniqueObjectName's signature; the enum's values are the
+// engine's, check against the engine.
+enum class EUniqueObjectNameOptions
+{
+	None = 0,
+	GloballyUnique = 1 << 0,
+	UniversallyUnique = 1 << 1
+};
+
+FName MakeUniqueObjectName(UObject* Parent, const UClass* Class, FName InBaseName = NAME_None, EUniqueObjectNameOptions Options = EUniqueObjectNameOptions::None);
+
 template <class T>
 const T* GetDefault();
 template <class T>

@@ -24,4 +24,7 @@ class UActorComponent : public UObject
 public:
 	// Not in the reference notes on this class; USceneComponent overrides it (final).
 	virtual void UpdateComponentToWorld(EUpdateTransformFlags UpdateTransformFlags = EUpdateTransformFlags::None, ETeleportType Teleport = ETeleportType::None);
+	// Not in the reference notes beyond its use (components added at edit time are registered);
+	// check against the engine.
+	void RegisterComponent();
 };

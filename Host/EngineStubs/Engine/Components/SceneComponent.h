@@ -32,4 +32,5 @@ public:
 	virtual void UpdateComponentToWorld(EUpdateTransformFlags UpdateTransformFlags = EUpdateTransformFlags::None, ETeleportType Teleport = ETeleportType::None) override final;
 	USceneComponent* GetAttachParent() const;
 	const TArray<TObjectPtr<USceneComponent>>& GetAttachChildren() const;
+	void SetupAttachment(USceneComponent* InParent, FName InSocketName = NAME_None);
 };

@@ -35,6 +35,11 @@ public:
 	virtual void GetActorBounds(bool bOnlyCollidingComponents, FVector& Origin, FVector& BoxExtent, bool bIncludeFromChildActors = false) const;
 	virtual FBox GetComponentsBoundingBox(bool bNonColliding = false, bool bIncludeFromChildActors = false) const;
 	const TSet<UActorComponent*>& GetComponents() const;
+	void AddInstanceComponent(UActorComponent* Component);
+	void RemoveInstanceComponent(UActorComponent* Component);
+	const TArray<UActorComponent*>& GetInstanceComponents() const;
+	// Not in the reference notes; check against the engine.
+	bool SetRootComponent(USceneComponent* NewRootComponent);
 #if WITH_EDITOR
 	const FString& GetActorLabel(bool bCreateIfNone = true) const;
 	void SetActorLabel(const FString& NewActorLabel, bool bMarkDirty = true);

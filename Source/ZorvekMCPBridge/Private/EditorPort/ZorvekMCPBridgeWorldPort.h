@@ -168,6 +168,13 @@ public:
 	virtual void SetActorSelectionState(FZorvekMCPBridgeObjectHandle Actor, bool bSelected) = 0;
 	// UEditorActorSubsystem::DestroyActors in one call.
 	virtual bool DestroyActors(const TArray<FZorvekMCPBridgeObjectHandle>& Actors) = 0;
+	// A component added to an actor of the editor world as the details panel's Add Component
+	// adds one: a new object of the class with the actor as outer (the name made unique among
+	// its subobjects, transactional), added with AddInstanceComponent so it is saved and shown, a
+	// scene component made the root of an actor without one and attached to the root otherwise,
+	// then registered. Invalid when the actor is not of the editor world or the class is no
+	// loaded, concrete actor component class.
+	virtual FZorvekMCPBridgeObjectHandle AddInstanceComponent(FZorvekMCPBridgeObjectHandle Actor, const FString& ComponentClassPath, const FString& ComponentName) = 0;
 
 	// The active Level Editor viewport; bHasViewport false when there is none.
 	virtual FZorvekMCPBridgeViewportInfo GetActiveViewport() const = 0;

@@ -4,9 +4,7 @@
 #include "Server/ZorvekMCPBridgeToolCatalogue.h"
 
 #include "Tools/ZorvekMCPBridgeAssetTools.h"
-#include "Tools/ZorvekMCPBridgeBlueprintCompositeTools.h"
 #include "Tools/ZorvekMCPBridgeBlueprintReadTools.h"
-#include "Tools/ZorvekMCPBridgeBlueprintSearchTool.h"
 #include "Tools/ZorvekMCPBridgeBlueprintMemberTools.h"
 #include "Tools/ZorvekMCPBridgeBlueprintNodeTools.h"
 #include "Tools/ZorvekMCPBridgeDataAssetTools.h"
@@ -15,11 +13,8 @@
 #include "Tools/ZorvekMCPBridgeMaterialTools.h"
 #include "Tools/ZorvekMCPBridgePcgCityTools.h"
 #include "Tools/ZorvekMCPBridgePcgStatusTools.h"
-#include "Tools/ZorvekMCPBridgePcgForestTools.h"
 #include "Tools/ZorvekMCPBridgePcgTools.h"
-#include "Tools/ZorvekMCPBridgePrimitiveActorTools.h"
 #include "Tools/ZorvekMCPBridgeNodeSpawnerTools.h"
-#include "Tools/ZorvekMCPBridgeRecipeTool.h"
 #include "Tools/ZorvekMCPBridgeReproAssetTools.h"
 #include "Tools/ZorvekMCPBridgeVessaTools.h"
 #include "Tools/ZorvekMCPBridgeViewportCaptureTool.h"
@@ -239,44 +234,9 @@ namespace
 			}, &ZorvekMCPBridgeViewportCaptureTool::HandleCaptureViewport),
 
 			// Road, intersection and skyscraper generators.
-			ToolRow(TEXT("blueprint_create_road_actor"), TEXT("Create a road segment actor Blueprint from engine primitive meshes. The road runs along X with its origin at its centre on the ground: a surface slab, lane markings between lanes and raised sidewalks; the answer gives the footprint (length, width, height in cm) for tiling roads and intersections."), {
-				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
-				RequiredText(TEXT("AssetName"), TEXT("New road Blueprint asset name.")),
-				OptionalText(TEXT("Length"), TEXT("Road length along X in cm, 100 to 1000000. Defaults to 2000.")),
-				OptionalText(TEXT("LaneCount"), TEXT("Number of lanes, 1 to 8. Defaults to 2.")),
-				OptionalText(TEXT("LaneWidth"), TEXT("Lane width in cm, 100 to 1000. Defaults to 350.")),
-				OptionalText(TEXT("SidewalkWidth"), TEXT("Sidewalk width on each side in cm, 0 (none) to 1000. Defaults to 200.")),
-				OptionalText(TEXT("SurfaceMaterialPath"), TEXT("Optional Material or MaterialInstance for the road surface. Defaults to the basic shape material.")),
-				OptionalText(TEXT("MarkingMaterialPath"), TEXT("Optional Material or MaterialInstance for the lane markings. Defaults to the basic shape material.")),
-				OptionalText(TEXT("SidewalkMaterialPath"), TEXT("Optional Material or MaterialInstance for the sidewalks. Defaults to the basic shape material.")),
-				OptionalText(TEXT("Compile"), TEXT("Optional bool. Defaults to true.")),
-			}, &ZorvekMCPBridgePrimitiveActorTools::HandleCreateRoadActor),
-			ToolRow(TEXT("blueprint_create_intersection_actor"), TEXT("Create a road intersection actor Blueprint from engine primitive meshes. The square piece matches a road of the same LaneCount, LaneWidth and SidewalkWidth: a surface slab, sidewalk corners and optional zebra crossings; the answer gives its footprint in cm."), {
-				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
-				RequiredText(TEXT("AssetName"), TEXT("New intersection Blueprint asset name.")),
-				OptionalText(TEXT("LaneCount"), TEXT("Number of lanes of the roads it joins, 1 to 8. Defaults to 2.")),
-				OptionalText(TEXT("LaneWidth"), TEXT("Lane width in cm, 100 to 1000. Defaults to 350.")),
-				OptionalText(TEXT("SidewalkWidth"), TEXT("Sidewalk width in cm, 0 (none) to 1000; the corners are this square. Defaults to 200.")),
-				OptionalText(TEXT("Crossings"), TEXT("Optional bool: zebra crossings on the four arms (only with sidewalks). Defaults to true.")),
-				OptionalText(TEXT("SurfaceMaterialPath"), TEXT("Optional Material or MaterialInstance for the road surface. Defaults to the basic shape material.")),
-				OptionalText(TEXT("MarkingMaterialPath"), TEXT("Optional Material or MaterialInstance for the crossing stripes. Defaults to the basic shape material.")),
-				OptionalText(TEXT("SidewalkMaterialPath"), TEXT("Optional Material or MaterialInstance for the sidewalk corners. Defaults to the basic shape material.")),
-				OptionalText(TEXT("Compile"), TEXT("Optional bool. Defaults to true.")),
-			}, &ZorvekMCPBridgePrimitiveActorTools::HandleCreateIntersectionActor),
-			ToolRow(TEXT("blueprint_create_skyscraper_actor"), TEXT("Create a skyscraper actor Blueprint from engine primitive meshes. A tower standing on its origin with window bands and a roof block; the answer gives its footprint in cm."), {
-				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
-				RequiredText(TEXT("AssetName"), TEXT("New skyscraper Blueprint asset name.")),
-				OptionalText(TEXT("Floors"), TEXT("Number of floors, 1 to 200. Defaults to 10.")),
-				OptionalText(TEXT("FloorHeight"), TEXT("Floor height in cm, 200 to 1000. Defaults to 350.")),
-				OptionalText(TEXT("Width"), TEXT("Tower width along X in cm, 100 to 100000. Defaults to 2000.")),
-				OptionalText(TEXT("Depth"), TEXT("Tower depth along Y in cm, 100 to 100000. Defaults to 2000.")),
-				OptionalText(TEXT("WindowBands"), TEXT("Optional bool: a window band per floor (one per few floors above 126 floors), 10 cm proud of the facade. Defaults to true.")),
-				OptionalText(TEXT("Roof"), TEXT("Optional bool: a roof block on top. Defaults to true.")),
-				OptionalText(TEXT("FacadeMaterialPath"), TEXT("Optional Material or MaterialInstance for the tower. Defaults to the basic shape material.")),
-				OptionalText(TEXT("WindowMaterialPath"), TEXT("Optional Material or MaterialInstance for the window bands. Defaults to the basic shape material.")),
-				OptionalText(TEXT("RoofMaterialPath"), TEXT("Optional Material or MaterialInstance for the roof block. Defaults to the basic shape material.")),
-				OptionalText(TEXT("Compile"), TEXT("Optional bool. Defaults to true.")),
-			}, &ZorvekMCPBridgePrimitiveActorTools::HandleCreateSkyscraperActor),
+			ToolRow(TEXT("blueprint_create_road_actor"), TEXT("Create a road segment actor Blueprint from engine primitive meshes."), {}),
+			ToolRow(TEXT("blueprint_create_intersection_actor"), TEXT("Create a road intersection actor Blueprint from engine primitive meshes."), {}),
+			ToolRow(TEXT("blueprint_create_skyscraper_actor"), TEXT("Create a skyscraper actor Blueprint from engine primitive meshes."), {}),
 
 			// PCG.
 			ToolRow(TEXT("pcg_get_status"), TEXT("Return PCG plugin availability and the bridge's PCG capability summary."), {}, &ZorvekMCPBridgePcgStatusTools::HandleGetStatus),
@@ -300,80 +260,23 @@ namespace
 				OptionalText(TEXT("Length"), TEXT("Optional new rectangle size along X in centimetres, 100 to 1000000. Defaults to the current length.")),
 				OptionalText(TEXT("Width"), TEXT("Optional new rectangle size along Y in centimetres, 100 to 1000000. Defaults to the current width.")),
 			}, &ZorvekMCPBridgePcgCityTools::HandleSetSplineBoundsActor),
-			ToolRow(TEXT("pcg_create_forest_repro"), TEXT("Create a minimal PCG forest graph asset for forest reproduction workflows."), {
-				OptionalText(TEXT("GraphPath"), TEXT("PCG graph asset path for the forest. Defaults to /Game/ZorvekMCP/PCG/PCG_ZorvekForest.")),
-				OptionalText(TEXT("Density"), TEXT("Trees per square metre, the surface sampler's PointsPerSquaredMeter; above 0, at most 1. Defaults to 0.05.")),
-				OptionalText(TEXT("Looseness"), TEXT("How far trees stray from a regular grid, 0 to 1, the surface sampler's Looseness. Defaults to 1.")),
-				OptionalObject(TEXT("MeshPaths"), TEXT("Array of static mesh object paths the spawner picks from with equal weight. Defaults to the engine cone (weight 3) and cylinder (weight 1).")),
-			}, &ZorvekMCPBridgePcgForestTools::HandleCreateForestRepro),
-			ToolRow(TEXT("pcg_place_forest_actor"), TEXT("Place an actor with a PCG component running a forest graph into the current editor world."), {
-				OptionalText(TEXT("GraphPath"), TEXT("PCG graph asset path for the forest. Defaults to /Game/ZorvekMCP/PCG/PCG_ZorvekForest.")),
-				OptionalText(TEXT("ActorLabel"), TEXT("Editor label of the forest volume; must not be taken. Defaults to ZorvekPCGForest.")),
-				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
-				OptionalText(TEXT("LocationX"), TEXT("Optional forest centre X. Defaults to 0.")),
-				OptionalText(TEXT("LocationY"), TEXT("Optional forest centre Y. Defaults to 0.")),
-				OptionalText(TEXT("LocationZ"), TEXT("Optional forest centre Z. Defaults to 0.")),
-				OptionalText(TEXT("SizeX"), TEXT("Forest size along X in cm. Defaults to 4000.")),
-				OptionalText(TEXT("SizeY"), TEXT("Forest size along Y in cm. Defaults to 4000.")),
-				OptionalText(TEXT("SizeZ"), TEXT("Forest height in cm. Defaults to 400.")),
-				OptionalText(TEXT("Seed"), TEXT("PCG component seed; the same seed gives the same forest. Defaults to 42.")),
-				OptionalText(TEXT("Generate"), TEXT("Optional bool: request generation after the change. Defaults to true.")),
-			}, &ZorvekMCPBridgePcgForestTools::HandlePlaceForestActor),
-			ToolRow(TEXT("pcg_inspect_graph"), TEXT("Read the nodes, settings, and edges of a PCG graph asset."), {
-				OptionalText(TEXT("GraphPath"), TEXT("PCG graph asset path to read. Defaults to /Game/ZorvekMCP/PCG/PCG_ZorvekForest unless ForestActorNameOrLabel is given.")),
-				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Optional forest actor whose PCG component graph is read when GraphPath is empty.")),
-			}, &ZorvekMCPBridgePcgForestTools::HandleInspectGraph),
-			ToolRow(TEXT("pcg_set_forest_bounds"), TEXT("Set the box bounds of a PCG forest actor."), {
-				RequiredText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path from pcg_place_forest_actor or pcg_run_forest_recipe.")),
-				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
-				OptionalText(TEXT("SizeX"), TEXT("New forest size along X in cm. Defaults to the current size.")),
-				OptionalText(TEXT("SizeY"), TEXT("New forest size along Y in cm. Defaults to the current size.")),
-				OptionalText(TEXT("SizeZ"), TEXT("New forest height in cm. Defaults to the current height.")),
-				OptionalText(TEXT("Generate"), TEXT("Optional bool: request generation after the change. Defaults to true.")),
-			}, &ZorvekMCPBridgePcgForestTools::HandleSetForestBounds),
+			ToolRow(TEXT("pcg_create_forest_repro"), TEXT("Create a minimal PCG forest graph asset for forest reproduction workflows."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::CreateForestRepro>),
+			ToolRow(TEXT("pcg_place_forest_actor"), TEXT("Place an actor with a PCG component running a forest graph into the current editor world."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::PlaceForestActor>),
+			ToolRow(TEXT("pcg_inspect_graph"), TEXT("Read the nodes, settings, and edges of a PCG graph asset."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::InspectGraph>),
+			ToolRow(TEXT("pcg_set_forest_bounds"), TEXT("Set the box bounds of a PCG forest actor."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::SetForestBounds>),
 			ToolRow(TEXT("pcg_generate"), TEXT("Request generation of the PCG component on an editor-world forest actor and report the component's state."), {
 				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path whose PCG component should generate.")),
 			}, &ZorvekMCPBridgePcgTools::HandleGenerate),
-			ToolRow(TEXT("pcg_create_visual_repro_output"), TEXT("Create tagged stand-in tree actors that show a PCG forest actor's output in the editor world."), {
-				RequiredText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path from pcg_place_forest_actor or pcg_run_forest_recipe.")),
-				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
-				OptionalText(TEXT("MaxActors"), TEXT("Most stand-in actors to place, 1 to 1000. Defaults to 200.")),
-				OptionalText(TEXT("MeshPath"), TEXT("Static mesh of the stand-ins. Defaults to /Engine/BasicShapes/Cone.Cone.")),
-			}, &ZorvekMCPBridgePcgForestTools::HandleCreateVisualReproOutput),
+			ToolRow(TEXT("pcg_create_visual_repro_output"), TEXT("Create tagged stand-in tree actors that show a PCG forest actor's output in the editor world."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::CreateVisualReproOutput>),
 			ToolRow(TEXT("pcg_inspect_generated"), TEXT("Report what an editor-world forest actor's PCG component and the bridge's visual output actors have produced."), {
 				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path whose PCG output should be inspected.")),
 			}, &ZorvekMCPBridgePcgTools::HandleInspectGenerated),
-			ToolRow(TEXT("pcg_run_forest_recipe"), TEXT("Run the whole PCG forest workflow in one call: graph, actor, bounds, generation, and readback."), {
-				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
-				OptionalText(TEXT("GraphPath"), TEXT("PCG graph asset path for the forest. Defaults to /Game/ZorvekMCP/PCG/PCG_ZorvekForest.")),
-				OptionalText(TEXT("Density"), TEXT("Trees per square metre, the surface sampler's PointsPerSquaredMeter; above 0, at most 1. Defaults to 0.05.")),
-				OptionalText(TEXT("Looseness"), TEXT("How far trees stray from a regular grid, 0 to 1, the surface sampler's Looseness. Defaults to 1.")),
-				OptionalObject(TEXT("MeshPaths"), TEXT("Array of static mesh object paths the spawner picks from with equal weight. Defaults to the engine cone (weight 3) and cylinder (weight 1).")),
-				OptionalText(TEXT("ActorLabel"), TEXT("Editor label of the forest volume; must not be taken. Defaults to ZorvekPCGForest.")),
-				OptionalText(TEXT("LocationX"), TEXT("Optional forest centre X. Defaults to 0.")),
-				OptionalText(TEXT("LocationY"), TEXT("Optional forest centre Y. Defaults to 0.")),
-				OptionalText(TEXT("LocationZ"), TEXT("Optional forest centre Z. Defaults to 0.")),
-				OptionalText(TEXT("SizeX"), TEXT("Forest size along X in cm. Defaults to 4000.")),
-				OptionalText(TEXT("SizeY"), TEXT("Forest size along Y in cm. Defaults to 4000.")),
-				OptionalText(TEXT("SizeZ"), TEXT("Forest height in cm. Defaults to 400.")),
-				OptionalText(TEXT("Seed"), TEXT("PCG component seed; the same seed gives the same forest. Defaults to 42.")),
-			}, &ZorvekMCPBridgePcgForestTools::HandleRunForestRecipe),
+			ToolRow(TEXT("pcg_run_forest_recipe"), TEXT("Run the whole PCG forest workflow in one call: graph, actor, bounds, generation, and readback."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunForestRecipe>),
 			ToolRow(TEXT("pcg_run_road_recipe"), TEXT("Run a PCG straight road strip workflow in one call."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunRoadRecipe>),
 			ToolRow(TEXT("pcg_run_spline_road_proof"), TEXT("Run a PCG road workflow bounded by a spline rectangle."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunSplineRoadProof>),
 			ToolRow(TEXT("pcg_run_city_layout_recipe"), TEXT("Run a PCG grid city layout workflow with roads, intersections, and skyscrapers."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunCityLayoutRecipe>),
 			ToolRow(TEXT("pcg_update_city_layout_recipe"), TEXT("Make a city layout from pcg_run_city_layout_recipe bigger or denser."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::UpdateCityLayoutRecipe>),
-			ToolRow(TEXT("pcg_update_forest_recipe"), TEXT("Adjust the size, density, or naturalness of a forest from pcg_run_forest_recipe."), {
-				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path. Defaults to ZorvekPCGForest.")),
-				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
-				OptionalText(TEXT("Density"), TEXT("New trees per square metre, above 0, at most 1.")),
-				OptionalText(TEXT("DensityScale"), TEXT("Multiplies the density, for example 2 for a denser forest.")),
-				OptionalText(TEXT("Looseness"), TEXT("New looseness 0 to 1; 1 looks most natural.")),
-				OptionalText(TEXT("SizeX"), TEXT("New forest size along X in cm. Defaults to the current size.")),
-				OptionalText(TEXT("SizeY"), TEXT("New forest size along Y in cm. Defaults to the current size.")),
-				OptionalText(TEXT("SizeZ"), TEXT("New forest height in cm. Defaults to the current height.")),
-				OptionalText(TEXT("SizeScale"), TEXT("Multiplies the size, for example 1.5 for a bigger forest.")),
-				OptionalText(TEXT("Seed"), TEXT("New PCG component seed for a different arrangement.")),
-			}, &ZorvekMCPBridgePcgForestTools::HandleUpdateForestRecipe),
+			ToolRow(TEXT("pcg_update_forest_recipe"), TEXT("Adjust the size, density, or naturalness of a forest from pcg_run_forest_recipe."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::UpdateForestRecipe>),
 			ToolRow(TEXT("pcg_multiclass_spawn_proof"), TEXT("Show several actor classes spawned from one PCG forest setup."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::MulticlassSpawnProof>),
 
 			// Fixture assets.
@@ -441,14 +344,7 @@ namespace
 				RequiredText(TEXT("AssetName"), TEXT("New Blueprint asset name.")),
 				OptionalText(TEXT("ParentClassPath"), TEXT("Parent class path, for example /Script/Engine.Actor or /Script/Engine.Character.")),
 			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleCreate),
-			ToolRow(TEXT("blueprint_create_primitive_actor"), TEXT("Create an actor Blueprint built from engine primitive meshes, for example a dummy tree from a cylinder and a sphere. Every part is checked before the Blueprint is created; each becomes a StaticMeshComponent under a scene root named Root, and the Blueprint is compiled."), {
-				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
-				RequiredText(TEXT("AssetName"), TEXT("New Blueprint asset name.")),
-				OptionalText(TEXT("ParentClassPath"), TEXT("Optional Actor class path. Defaults to /Script/Engine.Actor.")),
-				OptionalObject(TEXT("Parts"), TEXT("Array of up to 128 parts: {Name, Shape (Cube, Sphere, Cylinder, Cone, or Plane; each 100 cm, centred on its pivot), Location {X,Y,Z}, Rotation {Pitch,Yaw,Roll}, Scale {X,Y,Z} (objects, arrays of three numbers, or flat LocationX..ScaleZ keys; relative to the parent; scale not 0), MaterialPath (optional; defaults to the basic shape material), ParentName (optional; another part, defaults to Root)}.")),
-				OptionalText(TEXT("Preset"), TEXT("Optional preset: DummyTree (cylinder Trunk and sphere Crown, with the project's bark/wood and leaf/foliage materials when it has them) or VisualActor (one Body cube). Its parts come first; Parts adds to them.")),
-				OptionalText(TEXT("Compile"), TEXT("Optional bool. Defaults to true.")),
-			}, &ZorvekMCPBridgePrimitiveActorTools::HandleCreatePrimitiveActor),
+			ToolRow(TEXT("blueprint_create_primitive_actor"), TEXT("Create an actor Blueprint built from engine primitive meshes, for example a dummy tree from a cylinder and a sphere."), {}),
 			ToolRow(TEXT("blueprint_create_interface"), TEXT("Create a Blueprint Interface asset for interface implementation tests and workflows."), {
 				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
 				RequiredText(TEXT("AssetName"), TEXT("New Blueprint Interface asset name.")),
@@ -471,33 +367,8 @@ namespace
 				OptionalText(TEXT("StaticMeshPath"), TEXT("Optional StaticMesh asset package/object path to assign to StaticMeshComponent.")),
 				OptionalText(TEXT("MaterialPath"), TEXT("Optional Material or MaterialInstance asset package/object path to assign to mesh slot 0.")),
 			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleAddComponent),
-			ToolRow(TEXT("blueprint_add_component_motion"), TEXT("Add simple motion, such as rotation or bobbing, to a component of a Blueprint. Builds the nodes from Event Tick without a timeline, with editable float variables named after the component, and compiles; reports each step, and a refused step removes what the call added."), {
-				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
-				RequiredText(TEXT("ComponentName"), TEXT("Scene component of the Actor Blueprint to move: one of its components or an inherited one.")),
-				OptionalText(TEXT("MotionType"), TEXT("Rotate (spin about the axis), Bob (up and down along the axis) or Orbit (circle around its base location in the plane normal to the axis). Defaults to Rotate.")),
-				OptionalText(TEXT("Axis"), TEXT("X, Y or Z. Defaults to Z.")),
-				OptionalText(TEXT("Speed"), TEXT("Degrees per second for Rotate and Orbit, cycles per second for Bob; negative turns the other way. Defaults to 90 (Rotate), 0.5 (Bob), 45 (Orbit).")),
-				OptionalText(TEXT("Amplitude"), TEXT("Bob distance from the base location in centimetres. Defaults to 20.")),
-				OptionalText(TEXT("Radius"), TEXT("Orbit radius in centimetres. Defaults to 100.")),
-				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
-				OptionalText(TEXT("Compile"), TEXT("Compile the Blueprint afterwards (true/false). Defaults to true.")),
-			}, &ZorvekMCPBridgeBlueprintCompositeTools::HandleAddComponentMotion),
-			ToolRow(TEXT("blueprint_add_dynamic_material_parameter_update"), TEXT("Add Blueprint nodes that create a dynamic material instance and update one of its parameters. At BeginPlay a material slot of a primitive component gets a dynamic instance kept in a variable, and a scalar or vector parameter is set from a variable, or pulsed on Tick over time; compiles and reports each step."), {
-				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
-				RequiredText(TEXT("ComponentName"), TEXT("Primitive (mesh) component of the Actor Blueprint whose material slot gets the dynamic instance.")),
-				OptionalText(TEXT("ElementIndex"), TEXT("Material slot index, 0 or more. Defaults to 0.")),
-				OptionalText(TEXT("SourceMaterialPath"), TEXT("Optional material or material instance to make the instance from. Defaults to the slot's current material.")),
-				RequiredText(TEXT("ParameterName"), TEXT("Material parameter to set, for example EmissiveStrength.")),
-				OptionalText(TEXT("ParameterType"), TEXT("Scalar or Vector. Defaults to Scalar.")),
-				OptionalText(TEXT("ValueSource"), TEXT("Variable (set once at BeginPlay from a variable) or Time (a scalar pulsing between Min and Max on Tick). Defaults to Variable.")),
-				OptionalText(TEXT("VariableName"), TEXT("Variable mode: float (Scalar) or Linear Color (Vector) variable feeding the value, created when missing. Defaults to <ComponentName><ParameterName>.")),
-				OptionalText(TEXT("DefaultValue"), TEXT("Variable mode: default of a variable the call creates, a number or a colour like (R=1,G=0.5,B=0,A=1). Defaults to 0 or white.")),
-				OptionalText(TEXT("Speed"), TEXT("Time mode: pulses per second. Defaults to 0.5.")),
-				OptionalText(TEXT("Min"), TEXT("Time mode: lowest value. Defaults to 0.")),
-				OptionalText(TEXT("Max"), TEXT("Time mode: highest value. Defaults to 1.")),
-				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
-				OptionalText(TEXT("Compile"), TEXT("Compile the Blueprint afterwards (true/false). Defaults to true.")),
-			}, &ZorvekMCPBridgeBlueprintCompositeTools::HandleAddDynamicMaterialParameterUpdate),
+			ToolRow(TEXT("blueprint_add_component_motion"), TEXT("Add simple motion, such as rotation or bobbing, to a component of a Blueprint."), {}),
+			ToolRow(TEXT("blueprint_add_dynamic_material_parameter_update"), TEXT("Add Blueprint nodes that create a dynamic material instance and update one of its parameters."), {}),
 			ToolRow(TEXT("blueprint_create_function"), TEXT("Create a Blueprint function graph with optional typed inputs and outputs."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				RequiredText(TEXT("FunctionName"), TEXT("Function name to create.")),
@@ -541,13 +412,7 @@ namespace
 				OptionalText(TEXT("GraphName"), TEXT("Graph name to read, for example EventGraph.")),
 				OptionalText(TEXT("Limit"), TEXT("Maximum lines to return. Defaults to 1000.")),
 			}, &ZorvekMCPBridgeBlueprintReadTools::HandleReadGraph),
-			ToolRow(TEXT("blueprint_search_project"), TEXT("Search the project's Blueprints for names, nodes, comments, and examples before reading graphs. Each result names its asset_path, graph_name and node_guid with ready blueprint_read_graph or unreal_inspect_asset arguments; Blueprints that fail to load are listed under partial_failures."), {
-				RequiredText(TEXT("Query"), TEXT("Words to find in Blueprint names, folders and parent classes, and in graph names, node titles, spawner ids, called functions, variable references, variables, components, comments, custom events, interfaces and functions, for example print string, Health or BP_Hero. Every word must be in one text; case, blanks, underscores and K2_ prefixes do not matter.")),
-				OptionalObject(TEXT("PackagePaths"), TEXT("Optional array of content folders searched with their subfolders, or one folder text. Defaults to [\"/Game\"].")),
-				OptionalObject(TEXT("Types"), TEXT("Optional array, or comma-separated text, of result types: blueprint, graph, node, variable, component, comment, custom_event, interface, function. Defaults to all. blueprint alone is answered from the Asset Registry without loading any Blueprint.")),
-				OptionalText(TEXT("Limit"), TEXT("Maximum results to return, best matches first. Defaults to 50, at most 500.")),
-				OptionalText(TEXT("MaxBlueprints"), TEXT("Maximum Blueprints one call opens to search their content, in Asset Registry order. Defaults to 1000; content_scan_truncated tells when more lie under PackagePaths.")),
-			}, &ZorvekMCPBridgeBlueprintSearchTool::HandleSearchProject),
+			ToolRow(TEXT("blueprint_search_project"), TEXT("Search the project's Blueprints for names, nodes, comments, and examples before reading graphs."), {}),
 			ToolRow(TEXT("blueprint_compile"), TEXT("Compile a Blueprint and return structured compiler warnings, errors, and status."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 			}, &ZorvekMCPBridgeBlueprintNodeTools::HandleCompile),
@@ -599,7 +464,7 @@ namespace
 			ToolRow(TEXT("blueprint_run_recipe"), TEXT("Run a deterministic sequence of supported Blueprint-writing tool calls with per-step results and reference substitution."), {
 				OptionalText(TEXT("RecipeName"), TEXT("Optional recipe name for reporting.")),
 				RequiredObject(TEXT("Steps"), TEXT("Array of step objects with Id, ToolName, and Arguments. Later string arguments can reference prior structured results as $StepId.path.to.field.")),
-			}, &ZorvekMCPBridgeRecipeTool::HandleRunRecipe),
+			}),
 		};
 	}
 }

@@ -52,11 +52,6 @@ namespace
 	}
 
 	const TCHAR* const PcgUnbuiltToolNames[] = {
-		TEXT("pcg_get_status"),
-		TEXT("pcg_get_road_capabilities"),
-		TEXT("pcg_create_spline_bounds_actor"),
-		TEXT("pcg_inspect_spline_bounds_actor"),
-		TEXT("pcg_set_spline_bounds_actor"),
 		TEXT("pcg_create_forest_repro"),
 		TEXT("pcg_place_forest_actor"),
 		TEXT("pcg_inspect_graph"),

@@ -10,11 +10,6 @@ struct FZorvekMCPBridgeToolContext;
 // The other pcg_* tools of the catalogue answer through HandleUnbuiltTool until they are built.
 enum class EZorvekMCPBridgeUnbuiltPcgTool : uint8
 {
-	GetStatus,
-	GetRoadCapabilities,
-	CreateSplineBoundsActor,
-	InspectSplineBoundsActor,
-	SetSplineBoundsActor,
 	CreateForestRepro,
 	PlaceForestActor,
 	InspectGraph,

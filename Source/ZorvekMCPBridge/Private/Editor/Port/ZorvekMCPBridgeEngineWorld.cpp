@@ -309,3 +309,47 @@ bool FZorvekMCPBridgeEngineWorld::DestroyActors(const TArray<FZorvekMCPBridgeObj
 	// One "Delete Actors" transaction; the actors are deselected and destroyed in the editor world.
 	return ActorSubsystem->DestroyActors(Actors);
 }
+
+FZorvekMCPBridgeObjectHandle FZorvekMCPBridgeEngineWorld::AddInstanceComponent(FZorvekMCPBridgeObjectHandle ActorHandle, const FString& ComponentClassPath, const FString& ComponentName)
+{
+	AActor* Actor = ToEditorActor(ActorHandle);
+	UClass* Class = FindObject<UClass>(nullptr, *ComponentClassPath);
+	if (!Class)
+	{
+		Class = LoadObject<UClass>(nullptr, *ComponentClassPath);
+	}
+	if (!Actor || !Class || !Class->IsChildOf(UActorComponent::StaticClass()) || Class->HasAnyClassFlags(CLASS_Abstract))
+	{
+		return FZorvekMCPBridgeObjectHandle();
+	}
+	// NewObject asserts on a name taken in the outer: a free name is kept as it is, a taken one
+	// made unique. MakeUniqueObjectName, SetRootComponent and RegisterComponent: the sequence is
+	// not in the reference notes beyond AddInstanceComponent and SetupAttachment; check against
+	// the engine.
+	Actor->Modify();
+	FName Name(*ComponentName);
+	if (FindObject<UObject>(Actor, *ComponentName))
+	{
+		Name = MakeUniqueObjectName(Actor, Class, Name);
+	}
+	UActorComponent* Component = NewObject<UActorComponent>(Actor, Class, Name, RF_Transactional);
+	if (!Component)
+	{
+		return FZorvekMCPBridgeObjectHandle();
+	}
+	if (USceneComponent* SceneComponent = Cast<USceneComponent>(Component))
+	{
+		if (USceneComponent* Root = Actor->GetRootComponent())
+		{
+			// Before registration, so the component registers already attached.
+			SceneComponent->SetupAttachment(Root);
+		}
+		else
+		{
+			Actor->SetRootComponent(SceneComponent);
+		}
+	}
+	Actor->AddInstanceComponent(Component);
+	Component->RegisterComponent();
+	return FZorvekMCPBridgeEngineEditorPort::ToHandle(Component);
+}

@@ -1,0 +1,17 @@
+// The spline bounds tools of the road side of PCG: create an actor whose closed rectangular spline
+// marks road bounds, read it back, resize it. Like every PCG tool they answer the PCG unavailable
+// result when PCG cannot be used; the two that change the level need AllowCurrentLevel=true and
+// tag what they place for editor_cleanup_repro_actors.
+#pragma once
+
+#include "CoreMinimal.h"
+#include "Dom/JsonObject.h"
+
+struct FZorvekMCPBridgeToolContext;
+
+namespace ZorvekMCPBridgePcgCityTools
+{
+	TSharedPtr<FJsonObject> HandleCreateSplineBoundsActor(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
+	TSharedPtr<FJsonObject> HandleInspectSplineBoundsActor(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
+	TSharedPtr<FJsonObject> HandleSetSplineBoundsActor(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
+}

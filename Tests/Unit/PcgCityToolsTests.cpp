@@ -1,0 +1,296 @@
+// The status, road capability and spline bounds side of the PCG tools against the sample project:
+// what an agent learns before building, the unavailable answer, the opt-in and number refusals
+// read back against the level, and spline bounds actors created, read and resized.
+#include "EditorWorldTestSupport.h"
+#include "Server/ZorvekMCPBridgeToolCatalogue.h"
+#include "SimulatedPcg.h"
+#include "SimulatedWorld.h"
+#include "Tools/ZorvekMCPBridgeDiscoveryTools.h"
+
+using namespace ZorvekEditorWorldTests;
+
+namespace
+{
+	class PcgCityToolsTest : public FEditorWorldToolsTest
+	{
+	protected:
+		void SetPcgAvailable(bool bAvailable) const
+		{
+			FSimulatedPcgPluginState State;
+			State.bInstalled = bAvailable;
+			State.bEnabled = bAvailable;
+			State.bModuleExists = bAvailable;
+			State.bModuleLoaded = bAvailable;
+			Port->GetEditor().GetWorld().GetPcg().SetPluginState(State);
+		}
+
+		// The answer a catalogued tool gives while this build lacks it.
+		static std::string NotBuiltText(const FString& ToolName)
+		{
+			return S(ZorvekMCPBridgeTools::MakeNotAvailableYetResult(ToolName)->GetArrayField(TEXT("content"))[0]->AsObject()->GetStringField(TEXT("text")));
+		}
+
+		static std::string TextOf(const TSharedPtr<FJsonObject>& Result)
+		{
+			return S(Result->GetArrayField(TEXT("content"))[0]->AsObject()->GetStringField(TEXT("text")));
+		}
+	};
+
+	std::vector<std::string> PcgManifestIds(bool bSupported)
+	{
+		std::vector<std::string> Ids;
+		for (const ZorvekMCPBridgeDiscoveryTools::FCapability& Capability : ZorvekMCPBridgeDiscoveryTools::GetCapabilities())
+		{
+			const FString Id = Capability.Id;
+			if (Id.StartsWith(TEXT("pcg_"), ESearchCase::CaseSensitive) && Capability.bSupported == bSupported)
+			{
+				Ids.push_back(S(Id));
+			}
+		}
+		return Ids;
+	}
+}
+
+// pcg_get_status.
+
+TEST_F(PcgCityToolsTest, TheStatusAnswersInEveryPluginStateAndTellsAnAgentWhatToDoNext)
+{
+	SetPcgAvailable(false);
+	const TSharedPtr<FJsonObject> Off = Ok(Call(TEXT("pcg_get_status")));
+	EXPECT_FALSE(Off->GetBoolField(TEXT("pcg_available")));
+	EXPECT_EQ(S(Off->GetStringField(TEXT("status"))), "pcg_unavailable");
+	EXPECT_FALSE(Off->GetObjectField(TEXT("pcg_status"))->GetBoolField(TEXT("pcg_installed")));
+	// The steps of the unavailable result every other PCG tool gives.
+	EXPECT_EQ(Strings(Off->GetArrayField(TEXT("next_steps"))), (std::vector<std::string>{
+		"Enable the PCG plugin for the project if PCG generation is desired.",
+		"Restart Unreal so PCG classes/modules are available.",
+		"Run pcg_get_status again before mutating the editor world."}));
+
+	SetPcgAvailable(true);
+	const TSharedPtr<FJsonObject> On = Ok(Call(TEXT("pcg_get_status")));
+	EXPECT_TRUE(On->GetBoolField(TEXT("pcg_available")));
+	EXPECT_EQ(S(On->GetStringField(TEXT("status"))), "pcg_available");
+	EXPECT_FALSE(On->HasField(TEXT("note")));
+	EXPECT_EQ(Strings(On->GetArrayField(TEXT("next_steps")))[0], "Call pcg_get_road_capabilities before road or city work.");
+	EXPECT_TRUE(On->GetObjectField(TEXT("level_changes"))->GetBoolField(TEXT("requires_allow_current_level")));
+}
+
+TEST_F(PcgCityToolsTest, TheStatusCarriesThePcgPartOfTheManifestAndTheCataloguesPcgTools)
+{
+	const TSharedPtr<FJsonObject> Payload = Ok(Call(TEXT("pcg_get_status")));
+	std::vector<std::string> Supported;
+	std::vector<std::string> Unsupported;
+	for (const auto& Field : Payload->GetObjectField(TEXT("feature_matrix"))->Values)
+	{
+		(Field.Value->AsBool() ? Supported : Unsupported).push_back(S(Field.Key));
+	}
+	EXPECT_EQ(Supported, PcgManifestIds(true));
+	EXPECT_EQ(Unsupported, PcgManifestIds(false));
+	EXPECT_EQ(Unsupported, (std::vector<std::string>{"pcg_spline_road_sampling", "pcg_arbitrary_road_network_editing",
+		"pcg_arbitrary_volume_bounds_controls", "pcg_true_multi_class_spawn", "pcg_graph_editing"}));
+	// Each boundary comes with its own reason, not the fallback.
+	std::vector<std::string> BoundaryIds;
+	for (const TSharedPtr<FJsonValue>& Boundary : Payload->GetArrayField(TEXT("known_unsupported")))
+	{
+		BoundaryIds.push_back(S(Boundary->AsObject()->GetStringField(TEXT("capability"))));
+		EXPECT_NE(S(Boundary->AsObject()->GetStringField(TEXT("reason"))), "Not supported by this bridge.");
+	}
+	EXPECT_EQ(BoundaryIds, Unsupported);
+
+	// Catalogue order: the three generators, then the nineteen pcg tools.
+	const std::vector<std::string> Tools = Strings(Payload->GetArrayField(TEXT("tools")));
+	ASSERT_EQ(Tools.size(), 22u);
+	EXPECT_EQ(Tools.front(), "blueprint_create_road_actor");
+	EXPECT_EQ(Tools[3], "pcg_get_status");
+	EXPECT_EQ(Tools.back(), "pcg_multiclass_spawn_proof");
+}
+
+// pcg_get_road_capabilities.
+
+TEST_F(PcgCityToolsTest, RoadCapabilitiesNeedPcgAndChangeNothingWithoutIt)
+{
+	SetPcgAvailable(false);
+	const std::string Before = DescribeLevel();
+	const TSharedPtr<FJsonObject> Payload = Refused(Call(TEXT("pcg_get_road_capabilities"), Arguments({{TEXT("Lanes"), Number(4)}})));
+	EXPECT_EQ(S(Payload->GetStringField(TEXT("status"))), "pcg_unavailable");
+	EXPECT_EQ(S(Payload->GetStringField(TEXT("tool"))), "pcg_get_road_capabilities");
+	EXPECT_EQ(S(Payload->GetStringField(TEXT("operation"))), "get_road_capabilities");
+	EXPECT_EQ(S(Payload->GetObjectField(TEXT("request"))->GetObjectField(TEXT("arguments"))->GetStringField(TEXT("Lanes"))), "4");
+	EXPECT_EQ(DescribeLevel(), Before);
+}
+
+TEST_F(PcgCityToolsTest, RoadCapabilitiesSayWhichWorkflowsAnswerInThisBuildAsTheToolsThemselvesDo)
+{
+	const TSharedPtr<FJsonObject> Payload = Ok(Call(TEXT("pcg_get_road_capabilities")));
+	int32 Checked = 0;
+	for (const TCHAR* Group : {TEXT("workflows"), TEXT("piece_generators")})
+	{
+		for (const TSharedPtr<FJsonValue>& Entry : Payload->GetArrayField(Group))
+		{
+			const FString Tool = Entry->AsObject()->GetStringField(TEXT("tool"));
+			SCOPED_TRACE(S(Tool));
+			ASSERT_NE(ZorvekMCPBridgeTools::FindTool(Tool), nullptr);
+			// Empty arguments change nothing: built tools refuse for want of the opt-in or a name.
+			const bool bAnswersNotBuilt = TextOf(Call(*Tool)) == NotBuiltText(Tool);
+			EXPECT_EQ(Entry->AsObject()->GetBoolField(TEXT("available_in_this_build")), !bAnswersNotBuilt);
+			++Checked;
+		}
+	}
+	EXPECT_EQ(Checked, 11);
+
+	std::vector<std::string> Unsupported;
+	for (const TSharedPtr<FJsonValue>& Boundary : Payload->GetArrayField(TEXT("unsupported")))
+	{
+		Unsupported.push_back(S(Boundary->AsObject()->GetStringField(TEXT("capability"))));
+	}
+	EXPECT_EQ(Unsupported, (std::vector<std::string>{"pcg_spline_road_sampling", "pcg_arbitrary_road_network_editing"}));
+	const TSharedPtr<FJsonObject> Spline = Payload->GetObjectField(TEXT("spline_bounds"));
+	EXPECT_EQ(Spline->GetNumberField(TEXT("point_count")), 4);
+	EXPECT_LT(Spline->GetNumberField(TEXT("min_size")), Spline->GetNumberField(TEXT("max_size")));
+}
+
+// Spline bounds actors.
+
+namespace
+{
+	class PcgSplineBoundsTest : public PcgCityToolsTest
+	{
+	protected:
+		TSharedPtr<FJsonObject> Create(std::initializer_list<std::pair<const TCHAR*, TSharedPtr<FJsonValue>>> Fields)
+		{
+			TSharedPtr<FJsonObject> Args = Arguments(Fields);
+			if (!Args->HasField(TEXT("AllowCurrentLevel")))
+			{
+				Args->SetBoolField(TEXT("AllowCurrentLevel"), true);
+			}
+			return Call(TEXT("pcg_create_spline_bounds_actor"), Args);
+		}
+
+		// "x y" of each point of a spline bounds object, in point order.
+		static std::vector<std::string> PointsOf(const TSharedPtr<FJsonObject>& Spline, const TCHAR* Space)
+		{
+			std::vector<std::string> Points;
+			for (const TSharedPtr<FJsonValue>& Point : Spline->GetArrayField(TEXT("points")))
+			{
+				Points.push_back(Vec(Point->AsObject()->GetObjectField(Space)));
+			}
+			return Points;
+		}
+	};
+}
+
+TEST_F(PcgSplineBoundsTest, ACreatedBoundsActorIsAClosedLinearRectangleAroundItsCentreTaggedForCleanup)
+{
+	const TSharedPtr<FJsonObject> Payload = Ok(Create({{TEXT("Length"), Text(TEXT("3000"))}, {TEXT("Width"), Number(1000)},
+		{TEXT("LocationX"), Number(500)}, {TEXT("LocationY"), Number(-200)}, {TEXT("RotationYaw"), Number(90)}}));
+	EXPECT_TRUE(Payload->GetBoolField(TEXT("created")));
+	const TSharedPtr<FJsonObject> Spline = Payload->GetObjectField(TEXT("spline_bounds"));
+	EXPECT_EQ(Spline->GetNumberField(TEXT("point_count")), 4);
+	EXPECT_TRUE(Spline->GetBoolField(TEXT("closed_loop")));
+	// Linear corners: the length is the perimeter, not a rounded loop's.
+	EXPECT_NEAR(Spline->GetNumberField(TEXT("spline_length")), 8000.0, 0.01);
+	EXPECT_EQ(PointsOf(Spline, TEXT("local")), (std::vector<std::string>{"-1500 -500 0", "1500 -500 0", "1500 500 0", "-1500 500 0"}));
+	// World points follow the actor's location and yaw: local X runs along world Y.
+	EXPECT_EQ(PointsOf(Spline, TEXT("world")), (std::vector<std::string>{"1000 -1700 0", "1000 1300 0", "0 1300 0", "0 -1700 0"}));
+	EXPECT_EQ(Vec(Spline->GetObjectField(TEXT("world_bounds"))->GetObjectField(TEXT("extent"))), "500 1500 0");
+	EXPECT_EQ(S(Spline->GetObjectField(TEXT("rectangle"))->GetStringField(TEXT("length"))), "3000");
+
+	const TSharedPtr<FJsonObject> Actor = Payload->GetObjectField(TEXT("actor"));
+	EXPECT_EQ(S(Actor->GetStringField(TEXT("label"))), "ZorvekPCGSplineBounds");
+	EXPECT_EQ(Strings(Actor->GetArrayField(TEXT("tags"))), (std::vector<std::string>{"ZorvekMCPBridge", "ZorvekRepro", "ZorvekVisualPCG", "ZorvekPCGSplineBounds"}));
+	EXPECT_TRUE(Actor->GetBoolField(TEXT("selected")));
+	// The spline is a primitive, so the actor's bounds are the rectangle's.
+	EXPECT_EQ(Vec(Actor->GetObjectField(TEXT("bounds"))->GetObjectField(TEXT("center"))), "500 -200 0");
+
+	// A second one without a label is numbered, as the editor numbers labels.
+	EXPECT_EQ(S(Ok(Create({}))->GetObjectField(TEXT("actor"))->GetStringField(TEXT("label"))), "ZorvekPCGSplineBounds2");
+}
+
+TEST_F(PcgSplineBoundsTest, RefusalsLeaveTheLevelAsItWas)
+{
+	const TCHAR* const Tool = TEXT("pcg_create_spline_bounds_actor");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("Length"), Number(1000)}}),
+		"pcg_create_spline_bounds_actor requires AllowCurrentLevel=true because this mutates the current editor world.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Text(TEXT("false"))}}),
+		"pcg_create_spline_bounds_actor requires AllowCurrentLevel=true because this mutates the current editor world.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Width"), Number(0)}}), "Width must be between 100 and 1000000 (centimetres).");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Length"), Number(-4000)}}), "Length must be between 100 and 1000000 (centimetres).");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Length"), Number(5e6)}}), "Length must be between 100 and 1000000 (centimetres).");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Width"), Text(TEXT("wide"))}}), "Width must be a number.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("LocationX"), Bool(true)}}), "LocationX must be a number.");
+
+	const TSharedPtr<FJsonObject> Resize = Arguments({{TEXT("ActorNameOrLabel"), Text(TEXT("ZorvekPCGSplineBounds"))}, {TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Width"), Number(500)}});
+	ExpectRefusedUnchanged(TEXT("pcg_set_spline_bounds_actor"), Resize, "No editor actor found for 'ZorvekPCGSplineBounds'.");
+	// An actor without a spline, and a spline the bridge did not make.
+	Ok(Create({}));
+	Resize->SetStringField(TEXT("ActorNameOrLabel"), TEXT("Floor"));
+	ExpectRefusedUnchanged(TEXT("pcg_set_spline_bounds_actor"), Resize, "Actor 'Floor' has no spline component.");
+	Resize->SetStringField(TEXT("ActorNameOrLabel"), TEXT("ZorvekPCGSplineBounds"));
+	Resize->RemoveField(TEXT("AllowCurrentLevel"));
+	ExpectRefusedUnchanged(TEXT("pcg_set_spline_bounds_actor"), Resize, "pcg_set_spline_bounds_actor requires AllowCurrentLevel=true because this mutates the current editor world.");
+	ExpectRefusedUnchanged(TEXT("pcg_set_spline_bounds_actor"), Arguments({{TEXT("ActorNameOrLabel"), Text(TEXT("ZorvekPCGSplineBounds"))}, {TEXT("AllowCurrentLevel"), Bool(true)}}),
+		"pcg_set_spline_bounds_actor requires Length or Width.");
+}
+
+TEST_F(PcgSplineBoundsTest, ResizingKeepsTheUntouchedSideAndOnlyReshapesTheBridgesOwnBounds)
+{
+	Ok(Create({{TEXT("Length"), Number(4000)}, {TEXT("Width"), Number(2000)}, {TEXT("LocationY"), Number(1000)}}));
+	const TSharedPtr<FJsonObject> Payload = Ok(Call(TEXT("pcg_set_spline_bounds_actor"), Arguments({{TEXT("ActorNameOrLabel"), Text(TEXT(" zorvekpcgsplinebounds "))},
+		{TEXT("AllowCurrentLevel"), Text(TEXT("true"))}, {TEXT("Width"), Text(TEXT("600"))}})));
+	EXPECT_EQ(Payload->GetObjectField(TEXT("previous_rectangle"))->GetNumberField(TEXT("width")), 2000);
+	const TSharedPtr<FJsonObject> Rectangle = Payload->GetObjectField(TEXT("spline_bounds"))->GetObjectField(TEXT("rectangle"));
+	EXPECT_EQ(Rectangle->GetNumberField(TEXT("length")), 4000);
+	EXPECT_EQ(Rectangle->GetNumberField(TEXT("width")), 600);
+
+	// Read back by the inspect tool: the same points, still closed and linear, still centred.
+	const TSharedPtr<FJsonObject> Inspected = Ok(Call(TEXT("pcg_inspect_spline_bounds_actor"), Arguments({{TEXT("ActorNameOrLabel"), Text(TEXT("ZorvekPCGSplineBounds"))}})));
+	EXPECT_TRUE(Inspected->GetBoolField(TEXT("is_spline_bounds_actor")));
+	const TSharedPtr<FJsonObject> Spline = Inspected->GetObjectField(TEXT("spline_bounds"));
+	EXPECT_EQ(PointsOf(Spline, TEXT("world")), (std::vector<std::string>{"-2000 700 0", "2000 700 0", "2000 1300 0", "-2000 1300 0"}));
+	EXPECT_NEAR(Spline->GetNumberField(TEXT("spline_length")), 9200.0, 0.01);
+	EXPECT_EQ(S(Inspected->GetObjectField(TEXT("actor"))->GetStringField(TEXT("label"))), "ZorvekPCGSplineBounds");
+
+	// A spline of the user's own (no bounds tag) can be read but is not reshaped.
+	const FZorvekMCPBridgeObjectHandle Own = World().SpawnActorFromClass(TEXT("/Script/Engine.Actor"), {}, {});
+	World().SetActorLabel(Own, TEXT("UserSpline"));
+	ASSERT_TRUE(World().AddInstanceComponent(Own, TEXT("/Script/Engine.SplineComponent"), TEXT("Spline")).IsValid());
+	const TSharedPtr<FJsonObject> User = Ok(Call(TEXT("pcg_inspect_spline_bounds_actor"), Arguments({{TEXT("ActorNameOrLabel"), Text(TEXT("UserSpline"))}})));
+	EXPECT_FALSE(User->GetBoolField(TEXT("is_spline_bounds_actor")));
+	// The engine's new spline: two curve points 100 apart, open.
+	EXPECT_EQ(User->GetObjectField(TEXT("spline_bounds"))->GetNumberField(TEXT("point_count")), 2);
+	EXPECT_FALSE(User->GetObjectField(TEXT("spline_bounds"))->GetBoolField(TEXT("closed_loop")));
+	EXPECT_NEAR(User->GetObjectField(TEXT("spline_bounds"))->GetNumberField(TEXT("spline_length")), 100.0, 0.01);
+	ExpectRefusedUnchanged(TEXT("pcg_set_spline_bounds_actor"), Arguments({{TEXT("ActorNameOrLabel"), Text(TEXT("UserSpline"))}, {TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Length"), Number(500)}}),
+		"'UserSpline' is not a spline bounds actor from pcg_create_spline_bounds_actor.");
+}
+
+TEST_F(PcgSplineBoundsTest, CleanupRemovesTheBoundsActorsAndLeavesTheLevelAsItWas)
+{
+	const std::string Before = DescribeLevel();
+	const TArray<FString> LabelsBefore = LevelLabels();
+	Ok(Create({}));
+	Ok(Create({{TEXT("ActorLabel"), Text(TEXT("RoadBounds"))}}));
+	EXPECT_EQ(LevelLabels().Num(), LabelsBefore.Num() + 2);
+	// The sample level has a repro actor of its own; the filter keeps it out of this test.
+	const TSharedPtr<FJsonObject> Cleanup = Ok(Call(TEXT("editor_cleanup_repro_actors"), Arguments({{TEXT("Filter"), Text(TEXT("Bounds"))}})));
+	EXPECT_EQ(Cleanup->GetNumberField(TEXT("deleted_count")), 2);
+	EXPECT_EQ(LevelLabels(), LabelsBefore);
+	// The selection the creation changed is the one thing cleanup does not restore.
+	World().SelectNothing();
+	std::string BeforeUnselected = Before.substr(0, Before.find("selected "));
+	EXPECT_EQ(DescribeLevel(), BeforeUnselected);
+}
+
+TEST_F(PcgSplineBoundsTest, EverySplineToolAnswersTheUnavailableResultWithoutPcgAndPlacesNothing)
+{
+	SetPcgAvailable(false);
+	const std::string Before = DescribeLevel();
+	for (const TCHAR* Tool : {TEXT("pcg_create_spline_bounds_actor"), TEXT("pcg_inspect_spline_bounds_actor"), TEXT("pcg_set_spline_bounds_actor")})
+	{
+		SCOPED_TRACE(S(Tool));
+		const TSharedPtr<FJsonObject> Payload = Refused(Call(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("ActorNameOrLabel"), Text(TEXT("Floor"))}, {TEXT("Width"), Number(500)}})));
+		EXPECT_EQ(S(Payload->GetStringField(TEXT("status"))), "pcg_unavailable");
+		EXPECT_EQ(S(Payload->GetStringField(TEXT("operation"))), S(FString(Tool).RightChop(4)));
+	}
+	EXPECT_EQ(DescribeLevel(), Before);
+}
