@@ -16,4 +16,6 @@ struct FMath
 	static int32 RoundToInt(double X) { return (int32)std::lround(X); }
 	static int32 FloorToInt(double X) { return (int32)std::floor(X); }
 	static double Sqrt(double X) { return std::sqrt(X); }
+	static double Sin(double X) { return std::sin(X); }
+	static double Cos(double X) { return std::cos(X); }
 };

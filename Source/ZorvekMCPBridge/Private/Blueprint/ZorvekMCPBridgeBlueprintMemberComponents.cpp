@@ -107,6 +107,16 @@ FString ZorvekMCPBridgeBlueprintMembers::GetPrimitiveShapeMeshPath(const FString
 	return FString();
 }
 
+FString ZorvekMCPBridgeBlueprintMembers::ResolveStaticMeshPath(IZorvekMCPBridgeEditorPort& Port, const FString& PackageOrObjectPath)
+{
+	return LoadComponentMemberAsset(Port.GetObjects(), PackageOrObjectPath, ComponentMemberStaticMeshPath);
+}
+
+FString ZorvekMCPBridgeBlueprintMembers::ResolveMaterialPath(IZorvekMCPBridgeEditorPort& Port, const FString& PackageOrObjectPath)
+{
+	return LoadComponentMemberAsset(Port.GetObjects(), PackageOrObjectPath, ComponentMemberMaterialInterfacePath);
+}
+
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::AddComponent(IZorvekMCPBridgeEditorPort& Port, const FAddComponentParams& Params)
 {
 	ZorvekMCPBridgeBlueprintLoading::FLoadedBlueprint Loaded;

@@ -37,9 +37,10 @@ namespace
 		FString ParentClassPath;
 	};
 
-	// Every check first (names, an existing asset, the parent class, the package name), then the
-	// package and the Blueprint. Empty Failure on success.
-	TSharedPtr<FJsonObject> CreateBlueprintMemberAsset(IZorvekMCPBridgeEditorPort& Port, const FBlueprintMemberNewAsset& Request, FBlueprintMemberCreatedAsset& OutCreated)
+	// The checks before anything is created: the names, an asset already there, the parent class
+	// and the package name. Null when a Blueprint could be created; OutParentClass is the loaded
+	// parent class, OutPackageName the new package's name.
+	TSharedPtr<FJsonObject> CheckBlueprintMemberAsset(IZorvekMCPBridgeEditorPort& Port, const FBlueprintMemberNewAsset& Request, FString& OutPackageName, FZorvekMCPBridgeTypeInfo& OutParentClass)
 	{
 		if (Request.PackagePath.IsEmpty() || Request.AssetName.IsEmpty())
 		{
@@ -59,18 +60,32 @@ namespace
 		{
 			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Blueprint asset already exists: %s"), *ObjectPath));
 		}
-		FZorvekMCPBridgeTypeInfo ParentClass;
-		if (!Objects.LoadClass(Request.ParentClassPath, ParentClass))
+		if (!Objects.LoadClass(Request.ParentClassPath, OutParentClass))
 		{
 			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not load parent class: %s"), *Request.ParentClassPath));
 		}
-		IZorvekMCPBridgeAssetAuthoring& Authoring = Port.GetAssetAuthoring();
 		// A name the editor refuses is caught before the package exists.
 		FString Reason;
-		if (!Authoring.IsValidLongPackageName(PackageName, Reason))
+		if (!Port.GetAssetAuthoring().IsValidLongPackageName(PackageName, Reason))
 		{
 			return ZorvekMCPBridgeBlueprintMemberSupport::FailMemberTool(FString::Printf(TEXT("Could not create or load package: %s"), *PackageName));
 		}
+		OutPackageName = PackageName;
+		return nullptr;
+	}
+
+	// Every check first, then the package and the Blueprint. Empty Failure on success.
+	TSharedPtr<FJsonObject> CreateBlueprintMemberAsset(IZorvekMCPBridgeEditorPort& Port, const FBlueprintMemberNewAsset& Request, FBlueprintMemberCreatedAsset& OutCreated)
+	{
+		FString PackageName;
+		FZorvekMCPBridgeTypeInfo ParentClass;
+		if (const TSharedPtr<FJsonObject> Failure = CheckBlueprintMemberAsset(Port, Request, PackageName, ParentClass))
+		{
+			return Failure;
+		}
+		const FString ObjectPath = PackageName + TEXT(".") + Request.AssetName;
+		IZorvekMCPBridgeObjects& Objects = Port.GetObjects();
+		IZorvekMCPBridgeAssetAuthoring& Authoring = Port.GetAssetAuthoring();
 		const FZorvekMCPBridgeObjectHandle Package = Authoring.CreateOrFindPackage(PackageName);
 		if (!Package.IsValid())
 		{
@@ -263,6 +278,21 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::CreateBlueprint(IZorvek
 	Result->SetStringField(TEXT("object_path"), Created.ObjectPath);
 	Result->SetStringField(TEXT("parent_class"), Created.ParentClassPath);
 	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Result, false);
+}
+
+TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::CheckCreateBlueprint(IZorvekMCPBridgeEditorPort& Port, const FCreateBlueprintParams& Params, const TCHAR* RequiredMessage,
+	FString& OutPackageName, FString& OutParentClassPath)
+{
+	FBlueprintMemberNewAsset Request;
+	Request.RequiredMessage = RequiredMessage;
+	Request.AssetKind = TEXT("Blueprint");
+	Request.PackagePath = Params.PackagePath;
+	Request.AssetName = Params.AssetName;
+	Request.ParentClassPath = Params.ParentClassPath.IsEmpty() ? FString(DefaultParentClassPath) : Params.ParentClassPath;
+	FZorvekMCPBridgeTypeInfo ParentClass;
+	const TSharedPtr<FJsonObject> Failure = CheckBlueprintMemberAsset(Port, Request, OutPackageName, ParentClass);
+	OutParentClassPath = ParentClass.Path;
+	return Failure;
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgeBlueprintMembers::CreateBlueprintInterface(IZorvekMCPBridgeEditorPort& Port, const FCreateInterfaceParams& Params)

@@ -97,6 +97,12 @@ namespace ZorvekMCPBridgeBlueprintMembers
 	};
 
 	TSharedPtr<FJsonObject> CreateBlueprint(IZorvekMCPBridgeEditorPort& Port, const FCreateBlueprintParams& Params);
+	// The checks CreateBlueprint makes before it creates anything (the names, with RequiredMessage
+	// when one is empty; an asset already there; the parent class; the package name), with its
+	// messages, for composite tools that must refuse before their first change. Null when the
+	// Blueprint could be created; then the package name and the loaded parent class's path.
+	TSharedPtr<FJsonObject> CheckCreateBlueprint(IZorvekMCPBridgeEditorPort& Port, const FCreateBlueprintParams& Params, const TCHAR* RequiredMessage,
+		FString& OutPackageName, FString& OutParentClassPath);
 	TSharedPtr<FJsonObject> CreateBlueprintInterface(IZorvekMCPBridgeEditorPort& Port, const FCreateInterfaceParams& Params);
 	TSharedPtr<FJsonObject> AddVariable(IZorvekMCPBridgeEditorPort& Port, const FAddVariableParams& Params);
 	TSharedPtr<FJsonObject> CreateFunction(IZorvekMCPBridgeEditorPort& Port, const FCreateFunctionParams& Params);
@@ -105,6 +111,12 @@ namespace ZorvekMCPBridgeBlueprintMembers
 	TSharedPtr<FJsonObject> ImplementInterface(IZorvekMCPBridgeEditorPort& Port, const FImplementInterfaceParams& Params);
 	TSharedPtr<FJsonObject> AddInterfaceEvent(IZorvekMCPBridgeEditorPort& Port, const FAddInterfaceEventParams& Params);
 	TSharedPtr<FJsonObject> AddComponent(IZorvekMCPBridgeEditorPort& Port, const FAddComponentParams& Params);
+
+	// A mesh or material as blueprint_add_component resolves StaticMeshPath and MaterialPath: a
+	// package or object path that loads as a StaticMesh / MaterialInterface; its object path,
+	// empty when nothing of that class loads there.
+	FString ResolveStaticMeshPath(IZorvekMCPBridgeEditorPort& Port, const FString& PackageOrObjectPath);
+	FString ResolveMaterialPath(IZorvekMCPBridgeEditorPort& Port, const FString& PackageOrObjectPath);
 
 	// "/Engine/BasicShapes/Cube" for "cube" (any case); empty for a word that names no shape.
 	FString GetPrimitiveShapeMeshPath(const FString& ShapeWord);

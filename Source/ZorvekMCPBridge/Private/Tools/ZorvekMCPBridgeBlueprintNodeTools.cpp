@@ -300,25 +300,6 @@ namespace
 		return ZorvekMCPBridgeTools::MakeStructuredToolResult(Result, false);
 	}
 
-	const TCHAR* GetNodeToolsStatusWord(EZorvekMCPBridgeBlueprintStatus Status)
-	{
-		switch (Status)
-		{
-		case EZorvekMCPBridgeBlueprintStatus::Dirty:
-			return TEXT("dirty");
-		case EZorvekMCPBridgeBlueprintStatus::Error:
-			return TEXT("error");
-		case EZorvekMCPBridgeBlueprintStatus::UpToDate:
-			return TEXT("up_to_date");
-		case EZorvekMCPBridgeBlueprintStatus::BeingCreated:
-			return TEXT("being_created");
-		case EZorvekMCPBridgeBlueprintStatus::UpToDateWithWarnings:
-			return TEXT("up_to_date_with_warnings");
-		default:
-			return TEXT("unknown");
-		}
-	}
-
 	TSharedPtr<FJsonObject> NodeToolCompile(IZorvekMCPBridgeEditorPort& Port, const FNodeToolCompileParams& Params)
 	{
 		FString PackagePath;
@@ -360,7 +341,7 @@ namespace
 		Result->SetStringField(TEXT("asset_path"), PackagePath);
 		Result->SetStringField(TEXT("object_path"), After.Path.IsEmpty() ? ObjectPath : After.Path);
 		Result->SetBoolField(TEXT("success"), bSuccess);
-		Result->SetStringField(TEXT("status"), GetNodeToolsStatusWord(After.Status));
+		Result->SetStringField(TEXT("status"), ZorvekMCPBridgeBlueprintNodeTools::GetStatusWord(After.Status));
 		Result->SetNumberField(TEXT("error_count"), Compiled.NumErrors);
 		Result->SetNumberField(TEXT("warning_count"), Compiled.NumWarnings);
 		Result->SetNumberField(TEXT("message_count"), Messages.Num());
@@ -372,6 +353,25 @@ namespace
 		Result->SetArrayField(TEXT("messages"), Messages);
 		// A compile with errors is an answer, not a tool failure: the client reads the messages.
 		return ZorvekMCPBridgeTools::MakeStructuredToolResult(Result, false);
+	}
+}
+
+const TCHAR* ZorvekMCPBridgeBlueprintNodeTools::GetStatusWord(EZorvekMCPBridgeBlueprintStatus Status)
+{
+	switch (Status)
+	{
+	case EZorvekMCPBridgeBlueprintStatus::Dirty:
+		return TEXT("dirty");
+	case EZorvekMCPBridgeBlueprintStatus::Error:
+		return TEXT("error");
+	case EZorvekMCPBridgeBlueprintStatus::UpToDate:
+		return TEXT("up_to_date");
+	case EZorvekMCPBridgeBlueprintStatus::BeingCreated:
+		return TEXT("being_created");
+	case EZorvekMCPBridgeBlueprintStatus::UpToDateWithWarnings:
+		return TEXT("up_to_date_with_warnings");
+	default:
+		return TEXT("unknown");
 	}
 }
 

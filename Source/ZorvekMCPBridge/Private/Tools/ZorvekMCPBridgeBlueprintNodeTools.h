@@ -19,6 +19,10 @@ namespace ZorvekMCPBridgeBlueprintNodeTools
 	TSharedPtr<FJsonObject> HandleAddComment(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
 	TSharedPtr<FJsonObject> HandleCompile(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
 
+	// The status word of blueprint_compile's answer: "up_to_date", "up_to_date_with_warnings",
+	// "error", "dirty", "being_created" or "unknown".
+	const TCHAR* GetStatusWord(EZorvekMCPBridgeBlueprintStatus Status);
+
 	// PinDefaults as the node placement takes them: each value a string, number (its JSON text)
 	// or boolean ("true" / "false"), in the request's order. An absent or null PinDefaults is
 	// none. False with the message for anything else, before anything is made.
