@@ -374,7 +374,19 @@ FSimulatedObject* FSimulatedEditor::CreateObject(FSimulatedType* Class, FSimulat
 	FSimulatedObject* Result = Object.get();
 	Objects.push_back(std::move(Object));
 	IndexObject(Result);
+	for (size_t Index = 0; Index < ClassConstructors.size(); ++Index)
+	{
+		if (Class->IsChildOf(ClassConstructors[Index].first))
+		{
+			ClassConstructors[Index].second(*Result);
+		}
+	}
 	return Result;
+}
+
+void FSimulatedEditor::SetClassConstructor(const FSimulatedType* Class, TFunction<void(FSimulatedObject&)> Constructor)
+{
+	ClassConstructors.emplace_back(Class, MoveTemp(Constructor));
 }
 
 bool FSimulatedEditor::RenameObject(FSimulatedObject* Object, FSimulatedObject* NewOuter, const FString& NewName, FString& OutError)

@@ -264,6 +264,11 @@ public:
 	FSimulatedObject* FindOrCreatePackage(const FString& PackageName);
 	// A new object with its class's default values; Name must be unique within Outer.
 	FSimulatedObject* CreateObject(FSimulatedType* Class, FSimulatedObject* Outer, const FString& Name, FString& OutError);
+	// What a native class's constructor makes besides default values (default subobjects, such as
+	// a PCG graph's input and output nodes): CreateObject runs it for objects of the class and its
+	// subclasses once the object exists. Objects a fixture created before it was set keep what
+	// the fixture gave them, as a loaded asset keeps what it saved.
+	void SetClassConstructor(const FSimulatedType* Class, TFunction<void(FSimulatedObject&)> Constructor);
 	// UObject::Rename: the object (and what it holds) moves to NewOuter under NewName; the old
 	// path names nothing afterwards. False, with the reason, when the new path is taken.
 	bool RenameObject(FSimulatedObject* Object, FSimulatedObject* NewOuter, const FString& NewName, FString& OutError);
@@ -371,6 +376,7 @@ private:
 	int32 TransactionDepth = 0;
 	FSimulatedTransaction OpenTransaction;
 	std::shared_ptr<FSimulatedVessaState> VessaState;
+	std::vector<std::pair<const FSimulatedType*, TFunction<void(FSimulatedObject&)>>> ClassConstructors;
 
 	FSimulatedType* ObjectClass = nullptr;
 	FSimulatedType* ClassClass = nullptr;

@@ -188,6 +188,41 @@ namespace
 			return Functions.PropertyToJsonValue(*Function.Parameters[Index], Values[Index]);
 		}
 
+		bool SetObjectValue(int32 Index, FZorvekMCPBridgeObjectHandle Object) override
+		{
+			const FSimulatedProperty& Parameter = *Function.Parameters[Index];
+			FSimulatedObject* Value = FSimulatedEditorPort::ToObject(Object);
+			if (Parameter.Type != ESimulatedPropertyType::Object && Parameter.Type != ESimulatedPropertyType::Class)
+			{
+				return false;
+			}
+			// An object parameter takes objects of its class; a class parameter takes classes (the
+			// engine checks only that the value is a UClass; the meta class is the callee's concern).
+			if (Value)
+			{
+				const FSimulatedType* ValueType = dynamic_cast<const FSimulatedType*>(Value);
+				const bool bFits = Parameter.Type == ESimulatedPropertyType::Class
+					? ValueType != nullptr && ValueType->Kind == ESimulatedTypeKind::Class
+					: Value->Class != nullptr && (!Parameter.TypeObject || Value->Class->IsChildOf(Parameter.TypeObject));
+				if (!bFits)
+				{
+					return false;
+				}
+			}
+			Values[Index].Object = Value;
+			return true;
+		}
+
+		FZorvekMCPBridgeObjectHandle GetObjectValue(int32 Index) const override
+		{
+			const ESimulatedPropertyType Type = Function.Parameters[Index]->Type;
+			if (Type != ESimulatedPropertyType::Object && Type != ESimulatedPropertyType::Class)
+			{
+				return FZorvekMCPBridgeObjectHandle();
+			}
+			return FSimulatedEditorPort::ToHandle(Values[Index].Object);
+		}
+
 		const FSimulatedFunction& GetFunction() const { return Function; }
 		std::vector<FSimulatedValue>& GetValues() { return Values; }
 

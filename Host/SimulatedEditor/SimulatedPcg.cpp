@@ -4,59 +4,20 @@
 #include "SimulatedWorld.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace
 {
 	const TCHAR* const SimPcgPackage = TEXT("/Script/PCG");
 	const TCHAR* const SimPcgComponentClassPath = TEXT("/Script/PCG.PCGComponent");
 	const TCHAR* const SimPcgGraphInstanceClassPath = TEXT("/Script/PCG.PCGGraphInstance");
+	const TCHAR* const SimPcgGraphInterfaceClassPath = TEXT("/Script/PCG.PCGGraphInterface");
 	const TCHAR* const SimPcgBasePointDataClassPath = TEXT("/Script/PCG.PCGBasePointData");
-	const TCHAR* const SimPcgPointArrayDataClassPath = TEXT("/Script/PCG.PCGPointArrayData");
-	const TCHAR* const SimPcgManagedActorsClassPath = TEXT("/Script/PCG.PCGManagedActors");
-	const TCHAR* const SimPcgSurfaceSamplerClassPath = TEXT("/Script/PCG.PCGSurfaceSamplerSettings");
-	const TCHAR* const SimPcgSpawnActorClassPath = TEXT("/Script/PCG.PCGSpawnActorSettings");
-
-	// A small deterministic generator for the sampler's jitter (the seed decides the points).
-	uint32 SimPcgHash(uint32 Value)
-	{
-		Value ^= Value >> 16;
-		Value *= 0x7feb352du;
-		Value ^= Value >> 15;
-		Value *= 0x846ca68bu;
-		Value ^= Value >> 16;
-		return Value;
-	}
-
-	double SimPcgUnit(uint32 Seed, uint32 Index, uint32 Axis)
-	{
-		return (double)(SimPcgHash(Seed * 73856093u ^ Index * 19349663u ^ Axis * 83492791u) % 100000u) / 100000.0;
-	}
 
 	// The field of a struct value by name (the struct's field order decides the item).
-	FSimulatedValue* SimPcgField(FSimulatedValue& StructValue, const FSimulatedProperty& StructProperty, const TCHAR* FieldName, const FSimulatedProperty** OutField = nullptr)
+	FSimulatedValue* SimPcgCoreField(FSimulatedValue& StructValue, const FSimulatedType* Struct, const TCHAR* FieldName)
 	{
-		const FSimulatedType* Struct = StructProperty.TypeObject;
 		const int32 Index = Struct ? Struct->FindPropertyIndex(FieldName) : INDEX_NONE;
-		if (Index == INDEX_NONE || Index >= (int32)StructValue.Items.size())
-		{
-			return nullptr;
-		}
-		if (OutField)
-		{
-			*OutField = Struct->AllProperties[(size_t)Index];
-		}
-		return &StructValue.Items[(size_t)Index];
-	}
-
-	void SimPcgSetVector(FSimulatedValue& Value, const FSimulatedVector& Vector)
-	{
-		if (Value.Items.size() >= 3)
-		{
-			Value.Items[0].Real = Vector.X;
-			Value.Items[1].Real = Vector.Y;
-			Value.Items[2].Real = Vector.Z;
-		}
+		return Index == INDEX_NONE || Index >= (int32)StructValue.Items.size() ? nullptr : &StructValue.Items[(size_t)Index];
 	}
 }
 
@@ -117,6 +78,17 @@ void FSimulatedPcg::BindClassFunctions()
 			Cleanup(Self);
 		});
 	}
+	// SetGraph puts the graph into the component's graph instance; a graph that is no graph
+	// interface is not taken. It does not generate: the bridge's components generate on demand.
+	Bind(SimPcgComponentClassPath, TEXT("SetGraph"), [this, &Editor](FSimulatedObject& Self, const FSimulatedFunction&, std::vector<FSimulatedValue>& Parameters)
+	{
+		FSimulatedObject* Graph = Parameters.empty() ? nullptr : Parameters[0].Object;
+		const FSimulatedType* GraphInterface = Editor.FindTypeByPath(SimPcgGraphInterfaceClassPath);
+		if (!Graph || (Graph->Class && GraphInterface && Graph->Class->IsChildOf(GraphInterface)))
+		{
+			SetComponentGraph(Self, Graph);
+		}
+	});
 	Bind(SimPcgBasePointDataClassPath, TEXT("GetNumPoints"), [this](FSimulatedObject& Self, const FSimulatedFunction&, std::vector<FSimulatedValue>& Parameters)
 	{
 		if (!Parameters.empty())
@@ -131,6 +103,46 @@ void FSimulatedPcg::BindClassFunctions()
 			Parameters.back().Bool = GetPointCount(&Self) == 0;
 		}
 	});
+	// Per-index getters: an index out of range reads the default value, as the engine's checked
+	// accessors would not (they assert); the bridge never asks beyond GetNumPoints.
+	Bind(SimPcgBasePointDataClassPath, TEXT("GetTransform"), [this](FSimulatedObject& Self, const FSimulatedFunction& Function, std::vector<FSimulatedValue>& Parameters)
+	{
+		const auto Found = PointData.find(&Self);
+		if (Parameters.size() < 2 || Found == PointData.end() || Parameters[0].Integer < 0 || Parameters[0].Integer >= (int64)Found->second.size())
+		{
+			return;
+		}
+		const FSimulatedVector& Location = Found->second[(size_t)Parameters[0].Integer].Location;
+		if (FSimulatedValue* Translation = SimPcgCoreField(Parameters[1], Function.Parameters[1]->TypeObject, TEXT("Translation")))
+		{
+			if (Translation->Items.size() >= 3)
+			{
+				Translation->Items[0].Real = Location.X;
+				Translation->Items[1].Real = Location.Y;
+				Translation->Items[2].Real = Location.Z;
+			}
+		}
+	});
+	Bind(SimPcgBasePointDataClassPath, TEXT("GetDensity"), [this](FSimulatedObject& Self, const FSimulatedFunction&, std::vector<FSimulatedValue>& Parameters)
+	{
+		const auto Found = PointData.find(&Self);
+		if (Parameters.size() >= 2 && Found != PointData.end() && Parameters[0].Integer >= 0 && Parameters[0].Integer < (int64)Found->second.size())
+		{
+			Parameters[1].Real = Found->second[(size_t)Parameters[0].Integer].Density;
+		}
+	});
+	// UStaticMeshComponent::SetStaticMesh: the stand-in trees of the PCG visual output get their
+	// mesh through it (in the editor world dynamic changes are allowed, so it answers true).
+	Bind(TEXT("/Script/Engine.StaticMeshComponent"), TEXT("SetStaticMesh"), [this](FSimulatedObject& Self, const FSimulatedFunction&, std::vector<FSimulatedValue>& Parameters)
+	{
+		FSimulatedValue* Mesh = World.FindValue(Self, TEXT("StaticMesh"));
+		if (Mesh && Parameters.size() >= 2)
+		{
+			Mesh->Object = Parameters[0].Object;
+			Parameters[1].Bool = true;
+		}
+	});
+	BindGraphFunctions();
 }
 
 void FSimulatedPcg::OnComponentCreated(FSimulatedComponent& Component)
@@ -176,10 +188,11 @@ bool FSimulatedPcg::IsGenerating(const FSimulatedObject& Component) const
 
 bool FSimulatedPcg::ScheduleGeneration(FSimulatedObject& Component, bool bForce)
 {
+	const FSimulatedValue* Activated = World.FindValue(Component, TEXT("bActivated"));
 	const FSimulatedValue* Generated = World.FindValue(Component, TEXT("bGenerated"));
 	const FSimulatedValue* Dirty = World.FindValue(Component, TEXT("bDirtyGenerated"));
 	const bool bUpToDate = Generated && Generated->Bool && !(Dirty && Dirty->Bool);
-	if (!FindGraph(Component) || IsGenerating(Component) || (!bForce && bUpToDate))
+	if ((Activated && !Activated->Bool) || !FindGraph(Component) || IsGenerating(Component) || (!bForce && bUpToDate))
 	{
 		return false;
 	}
@@ -197,13 +210,25 @@ void FSimulatedPcg::Tick()
 	}
 }
 
-int32 FSimulatedPcg::GetPointCount(const FSimulatedObject* PointData) const
+int32 FSimulatedPcg::GetPointCount(const FSimulatedObject* Data) const
 {
-	const auto Found = PointCounts.find(PointData);
-	return Found != PointCounts.end() ? Found->second : 0;
+	const auto Found = PointData.find(Data);
+	return Found != PointData.end() ? (int32)Found->second.size() : 0;
 }
 
-void FSimulatedPcg::Cleanup(FSimulatedObject& Component)
+const FSimulatedPcgRunSummary* FSimulatedPcg::FindLastRun(const FSimulatedObject& Component) const
+{
+	const auto Found = LastRuns.find(&Component);
+	return Found != LastRuns.end() ? &Found->second : nullptr;
+}
+
+int32 FSimulatedPcg::GetEditorNotificationCount(const FSimulatedObject& Graph) const
+{
+	const auto Found = EditorNotifications.find(&Graph);
+	return Found != EditorNotifications.end() ? Found->second : 0;
+}
+
+void FSimulatedPcg::ReleaseResources(FSimulatedObject& Component)
 {
 	const auto Spawned = SpawnedActors.find(&Component);
 	if (Spawned != SpawnedActors.end())
@@ -224,6 +249,11 @@ void FSimulatedPcg::Cleanup(FSimulatedObject& Component)
 	{
 		Resources->Items.clear();
 	}
+}
+
+void FSimulatedPcg::Cleanup(FSimulatedObject& Component)
+{
+	ReleaseResources(Component);
 	if (FSimulatedValue* Generated = World.FindValue(Component, TEXT("bGenerated")))
 	{
 		Generated->Bool = false;
@@ -236,188 +266,5 @@ void FSimulatedPcg::OnActorDestroyed(FSimulatedActor& Actor)
 	for (const std::unique_ptr<FSimulatedComponent>& Component : Actor.Components)
 	{
 		Pending.erase(std::remove(Pending.begin(), Pending.end(), Component->Object), Pending.end());
-	}
-}
-
-void FSimulatedPcg::WriteGraphOutput(FSimulatedObject& Component, FSimulatedObject* PointData)
-{
-	// GeneratedGraphOutput.TaggedData = one PCGTaggedData on the Out pin whose Data wrapper
-	// holds the point data (TaggedData[0].Data.Data).
-	const int32 OutputIndex = Component.Class->FindPropertyIndex(TEXT("GeneratedGraphOutput"));
-	if (OutputIndex == INDEX_NONE)
-	{
-		return;
-	}
-	const FSimulatedProperty& OutputProperty = *Component.Class->AllProperties[(size_t)OutputIndex];
-	const FSimulatedProperty* TaggedDataProperty = nullptr;
-	FSimulatedValue* TaggedData = SimPcgField(Component.Values[(size_t)OutputIndex], OutputProperty, TEXT("TaggedData"), &TaggedDataProperty);
-	if (!TaggedData || !TaggedDataProperty->Inner)
-	{
-		return;
-	}
-	TaggedData->Items.clear();
-	if (!PointData)
-	{
-		return;
-	}
-	const FSimulatedProperty& EntryProperty = *TaggedDataProperty->Inner;
-	FSimulatedValue Entry = World.GetEditor().MakeDefaultValue(EntryProperty);
-	const FSimulatedProperty* WrapperProperty = nullptr;
-	if (FSimulatedValue* Wrapper = SimPcgField(Entry, EntryProperty, TEXT("Data"), &WrapperProperty))
-	{
-		if (FSimulatedValue* Pointer = SimPcgField(*Wrapper, *WrapperProperty, TEXT("Data")))
-		{
-			Pointer->Object = PointData;
-		}
-	}
-	if (FSimulatedValue* Pin = SimPcgField(Entry, EntryProperty, TEXT("Pin")))
-	{
-		Pin->Text = TEXT("Out");
-	}
-	TaggedData->Items.push_back(Entry);
-}
-
-void FSimulatedPcg::Generate(FSimulatedObject& Component)
-{
-	FSimulatedEditor& Editor = World.GetEditor();
-	FSimulatedActor* Owner = World.FindActor(Component.Outer);
-	FSimulatedObject* Graph = FindGraph(Component);
-	if (!Owner || !Graph)
-	{
-		return;
-	}
-	// Regenerating releases what the last run made.
-	Cleanup(Component);
-
-	// The graph's nodes: the first surface sampler and spawn actor settings.
-	const FSimulatedObject* Sampler = nullptr;
-	const FSimulatedObject* Spawner = nullptr;
-	if (const FSimulatedValue* Nodes = World.FindValue(*Graph, TEXT("Nodes")))
-	{
-		for (const FSimulatedValue& NodeValue : Nodes->Items)
-		{
-			const FSimulatedValue* Settings = NodeValue.Object ? World.FindValue(*NodeValue.Object, TEXT("SettingsInterface")) : nullptr;
-			const FSimulatedObject* SettingsObject = Settings ? Settings->Object : nullptr;
-			const FSimulatedType* SamplerClass = Editor.FindTypeByPath(SimPcgSurfaceSamplerClassPath);
-			const FSimulatedType* SpawnerClass = Editor.FindTypeByPath(SimPcgSpawnActorClassPath);
-			if (SettingsObject && SamplerClass && SettingsObject->Class->IsChildOf(SamplerClass) && !Sampler)
-			{
-				Sampler = SettingsObject;
-			}
-			if (SettingsObject && SpawnerClass && SettingsObject->Class->IsChildOf(SpawnerClass) && !Spawner)
-			{
-				Spawner = SettingsObject;
-			}
-		}
-	}
-
-	// Surface sampling over the owner's bounds: one point per cell of 1 / PointsPerSquaredMeter
-	// square metres, jittered inside its cell by Looseness, on the top of the bounds.
-	const FSimulatedBox Bounds = World.GetActorBounds(*Owner);
-	std::vector<FSimulatedVector> Points;
-	if (Sampler && Bounds.bIsValid)
-	{
-		const FSimulatedValue* Density = World.FindValue(*Sampler, TEXT("PointsPerSquaredMeter"));
-		const FSimulatedValue* Looseness = World.FindValue(*Sampler, TEXT("Looseness"));
-		const FSimulatedValue* Seed = World.FindValue(Component, TEXT("Seed"));
-		const double PointsPerSquaredMeter = Density ? Density->Real : 0.1;
-		if (PointsPerSquaredMeter > 0.0)
-		{
-			const double Cell = 100.0 / std::sqrt(PointsPerSquaredMeter);
-			const int32 CellsX = FMath::Min((int32)std::floor((Bounds.Max.X - Bounds.Min.X) / Cell), 1000);
-			const int32 CellsY = FMath::Min((int32)std::floor((Bounds.Max.Y - Bounds.Min.Y) / Cell), 1000);
-			const double Jitter = Looseness ? Looseness->Real : 1.0;
-			const uint32 SeedValue = Seed ? (uint32)Seed->Integer : 42u;
-			for (int32 Y = 0; Y < CellsY; ++Y)
-			{
-				for (int32 X = 0; X < CellsX; ++X)
-				{
-					const uint32 Index = (uint32)(Y * CellsX + X);
-					const double OffsetX = (SimPcgUnit(SeedValue, Index, 0) - 0.5) * Jitter;
-					const double OffsetY = (SimPcgUnit(SeedValue, Index, 1) - 0.5) * Jitter;
-					Points.push_back({Bounds.Min.X + (X + 0.5 + OffsetX) * Cell, Bounds.Min.Y + (Y + 0.5 + OffsetY) * Cell, Bounds.Max.Z});
-				}
-			}
-		}
-	}
-
-	// The output collection: one tagged data on the Out pin holding the point data.
-	FSimulatedObject* TransientPackage = Editor.FindOrCreatePackage(TEXT("/Engine/Transient"));
-	FSimulatedType* PointDataClass = Editor.FindTypeByPath(SimPcgPointArrayDataClassPath);
-	FString Ignored;
-	FSimulatedObject* PointData = nullptr;
-	while (PointDataClass && !PointData)
-	{
-		PointData = Editor.CreateObject(PointDataClass, TransientPackage, FString::Printf(TEXT("PCGPointArrayData_%d"), ObjectCounter++), Ignored);
-	}
-	if (PointData)
-	{
-		PointCounts[PointData] = (int32)Points.size();
-	}
-	WriteGraphOutput(Component, PointData);
-
-	// Spawn Actor: the template class at each point, tagged, owned by a managed actors resource.
-	std::vector<FSimulatedActor*> Spawned;
-	const FSimulatedValue* TemplateClass = Spawner ? World.FindValue(*Spawner, TEXT("TemplateActorClass")) : nullptr;
-	if (TemplateClass && TemplateClass->Object)
-	{
-		const FSimulatedValue* TagsToAdd = World.FindValue(*Spawner, TEXT("TagsToAddOnActors"));
-		for (const FSimulatedVector& Point : Points)
-		{
-			FString SpawnError;
-			FSimulatedActor* Actor = World.SpawnActorFromClass(dynamic_cast<FSimulatedType*>(TemplateClass->Object), Point, FSimulatedRotator(), false, SpawnError);
-			if (!Actor)
-			{
-				break;
-			}
-			TArray<FName> Tags = World.GetTags(*Actor);
-			for (const FSimulatedValue& Tag : TagsToAdd ? TagsToAdd->Items : std::vector<FSimulatedValue>())
-			{
-				Tags.AddUnique(FName(*Tag.Text));
-			}
-			World.SetTags(*Actor, Tags);
-			Spawned.push_back(Actor);
-		}
-	}
-	FSimulatedType* ManagedActorsClass = Editor.FindTypeByPath(SimPcgManagedActorsClassPath);
-	FSimulatedValue* Resources = World.FindValue(Component, TEXT("GeneratedResources"));
-	if (!Spawned.empty() && ManagedActorsClass && Resources)
-	{
-		FSimulatedObject* Managed = nullptr;
-		while (!Managed)
-		{
-			Managed = Editor.CreateObject(ManagedActorsClass, &Component, FString::Printf(TEXT("PCGManagedActors_%d"), ObjectCounter++), Ignored);
-		}
-		if (FSimulatedValue* ActorList = World.FindValue(*Managed, TEXT("GeneratedActorsArray")))
-		{
-			for (const FSimulatedActor* Actor : Spawned)
-			{
-				FSimulatedValue Item;
-				Item.Text = Actor->Object->GetPathName();
-				ActorList->Items.push_back(Item);
-			}
-		}
-		FSimulatedValue Resource;
-		Resource.Object = Managed;
-		Resources->Items.push_back(Resource);
-		SpawnedActors[&Component] = Spawned;
-	}
-
-	if (FSimulatedValue* LastBounds = World.FindValue(Component, TEXT("LastGeneratedBounds")))
-	{
-		if (LastBounds->Items.size() >= 3)
-		{
-			SimPcgSetVector(LastBounds->Items[0], Bounds.Min);
-			SimPcgSetVector(LastBounds->Items[1], Bounds.Max);
-			LastBounds->Items[2].Integer = Bounds.bIsValid ? 1 : 0;
-		}
-	}
-	if (FSimulatedValue* Generated = World.FindValue(Component, TEXT("bGenerated")))
-	{
-		Generated->Bool = true;
-	}
-	if (FSimulatedValue* Dirty = World.FindValue(Component, TEXT("bDirtyGenerated")))
-	{
-		Dirty->Bool = false;
 	}
 }

@@ -119,6 +119,7 @@ public:
 	TObjectPtr<UClass> PropertyClass;
 	UObject* GetObjectPropertyValue(const void* PropertyValueAddress) const;
 	UObject* GetObjectPropertyValue_InContainer(const void* ContainerAddress, int32 ArrayIndex = 0) const;
+	void SetObjectPropertyValue(void* PropertyValueAddress, UObject* Value) const;
 };
 
 class FObjectProperty : public FObjectPropertyBase

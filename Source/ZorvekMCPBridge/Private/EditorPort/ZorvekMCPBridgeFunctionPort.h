@@ -93,6 +93,12 @@ public:
 	virtual FString GetStringValue(int32 ParameterIndex) const = 0;
 	// FJsonObjectConverter::UPropertyToJsonValue of a parameter; null when the converter fails.
 	virtual TSharedPtr<FJsonValue> ExportJsonValue(int32 ParameterIndex) const = 0;
+	// Object and class parameters (FObjectPropertyBase, FClassProperty among them): sets the
+	// object (a class for a class parameter) when it is of the parameter's class, or null for an
+	// invalid handle. False for other parameter kinds and for an object of the wrong class.
+	virtual bool SetObjectValue(int32 ParameterIndex, FZorvekMCPBridgeObjectHandle Object) = 0;
+	// The object an object or class parameter holds; invalid for null and for other kinds.
+	virtual FZorvekMCPBridgeObjectHandle GetObjectValue(int32 ParameterIndex) const = 0;
 };
 
 // An open undo transaction; closing it (destroying the object) ends it.

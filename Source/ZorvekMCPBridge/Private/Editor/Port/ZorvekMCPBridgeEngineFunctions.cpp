@@ -210,6 +210,25 @@ namespace
 			return FJsonObjectConverter::UPropertyToJsonValue(Parameters[Index], ValuePtr(Index));
 		}
 
+		bool SetObjectValue(int32 Index, FZorvekMCPBridgeObjectHandle Object) override
+		{
+			const FObjectPropertyBase* ObjectProperty = CastField<FObjectPropertyBase>(Parameters[Index]);
+			UObject* Value = static_cast<UObject*>(Object.GetRaw());
+			// ProcessEvent trusts the frame: an object of another class must never reach it.
+			if (!ObjectProperty || (Value && !Value->IsA(ObjectProperty->PropertyClass)))
+			{
+				return false;
+			}
+			ObjectProperty->SetObjectPropertyValue(ValuePtr(Index), Value);
+			return true;
+		}
+
+		FZorvekMCPBridgeObjectHandle GetObjectValue(int32 Index) const override
+		{
+			const FObjectPropertyBase* ObjectProperty = CastField<FObjectPropertyBase>(Parameters[Index]);
+			return FZorvekMCPBridgeObjectHandle(ObjectProperty ? ObjectProperty->GetObjectPropertyValue(ValuePtr(Index)) : nullptr);
+		}
+
 		UFunction* GetFunction() const { return Function; }
 		uint8* GetMemory() { return Memory.GetData(); }
 
