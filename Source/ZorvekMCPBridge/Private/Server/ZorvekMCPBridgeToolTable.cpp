@@ -13,6 +13,7 @@
 #include "Tools/ZorvekMCPBridgeMaterialTools.h"
 #include "Tools/ZorvekMCPBridgePcgCityTools.h"
 #include "Tools/ZorvekMCPBridgePcgStatusTools.h"
+#include "Tools/ZorvekMCPBridgePcgForestTools.h"
 #include "Tools/ZorvekMCPBridgePcgTools.h"
 #include "Tools/ZorvekMCPBridgeNodeSpawnerTools.h"
 #include "Tools/ZorvekMCPBridgeReproAssetTools.h"
@@ -260,23 +261,80 @@ namespace
 				OptionalText(TEXT("Length"), TEXT("Optional new rectangle size along X in centimetres, 100 to 1000000. Defaults to the current length.")),
 				OptionalText(TEXT("Width"), TEXT("Optional new rectangle size along Y in centimetres, 100 to 1000000. Defaults to the current width.")),
 			}, &ZorvekMCPBridgePcgCityTools::HandleSetSplineBoundsActor),
-			ToolRow(TEXT("pcg_create_forest_repro"), TEXT("Create a minimal PCG forest graph asset for forest reproduction workflows."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::CreateForestRepro>),
-			ToolRow(TEXT("pcg_place_forest_actor"), TEXT("Place an actor with a PCG component running a forest graph into the current editor world."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::PlaceForestActor>),
-			ToolRow(TEXT("pcg_inspect_graph"), TEXT("Read the nodes, settings, and edges of a PCG graph asset."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::InspectGraph>),
-			ToolRow(TEXT("pcg_set_forest_bounds"), TEXT("Set the box bounds of a PCG forest actor."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::SetForestBounds>),
+			ToolRow(TEXT("pcg_create_forest_repro"), TEXT("Create a minimal PCG forest graph asset for forest reproduction workflows."), {
+				OptionalText(TEXT("GraphPath"), TEXT("PCG graph asset path for the forest. Defaults to /Game/ZorvekMCP/PCG/PCG_ZorvekForest.")),
+				OptionalText(TEXT("Density"), TEXT("Trees per square metre, the surface sampler's PointsPerSquaredMeter; above 0, at most 1. Defaults to 0.05.")),
+				OptionalText(TEXT("Looseness"), TEXT("How far trees stray from a regular grid, 0 to 1, the surface sampler's Looseness. Defaults to 1.")),
+				OptionalObject(TEXT("MeshPaths"), TEXT("Array of static mesh object paths the spawner picks from with equal weight. Defaults to the engine cone (weight 3) and cylinder (weight 1).")),
+			}, &ZorvekMCPBridgePcgForestTools::HandleCreateForestRepro),
+			ToolRow(TEXT("pcg_place_forest_actor"), TEXT("Place an actor with a PCG component running a forest graph into the current editor world."), {
+				OptionalText(TEXT("GraphPath"), TEXT("PCG graph asset path for the forest. Defaults to /Game/ZorvekMCP/PCG/PCG_ZorvekForest.")),
+				OptionalText(TEXT("ActorLabel"), TEXT("Editor label of the forest volume; must not be taken. Defaults to ZorvekPCGForest.")),
+				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
+				OptionalText(TEXT("LocationX"), TEXT("Optional forest centre X. Defaults to 0.")),
+				OptionalText(TEXT("LocationY"), TEXT("Optional forest centre Y. Defaults to 0.")),
+				OptionalText(TEXT("LocationZ"), TEXT("Optional forest centre Z. Defaults to 0.")),
+				OptionalText(TEXT("SizeX"), TEXT("Forest size along X in cm. Defaults to 4000.")),
+				OptionalText(TEXT("SizeY"), TEXT("Forest size along Y in cm. Defaults to 4000.")),
+				OptionalText(TEXT("SizeZ"), TEXT("Forest height in cm. Defaults to 400.")),
+				OptionalText(TEXT("Seed"), TEXT("PCG component seed; the same seed gives the same forest. Defaults to 42.")),
+				OptionalText(TEXT("Generate"), TEXT("Optional bool: request generation after the change. Defaults to true.")),
+			}, &ZorvekMCPBridgePcgForestTools::HandlePlaceForestActor),
+			ToolRow(TEXT("pcg_inspect_graph"), TEXT("Read the nodes, settings, and edges of a PCG graph asset."), {
+				OptionalText(TEXT("GraphPath"), TEXT("PCG graph asset path to read. Defaults to /Game/ZorvekMCP/PCG/PCG_ZorvekForest unless ForestActorNameOrLabel is given.")),
+				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Optional forest actor whose PCG component graph is read when GraphPath is empty.")),
+			}, &ZorvekMCPBridgePcgForestTools::HandleInspectGraph),
+			ToolRow(TEXT("pcg_set_forest_bounds"), TEXT("Set the box bounds of a PCG forest actor."), {
+				RequiredText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path from pcg_place_forest_actor or pcg_run_forest_recipe.")),
+				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
+				OptionalText(TEXT("SizeX"), TEXT("New forest size along X in cm. Defaults to the current size.")),
+				OptionalText(TEXT("SizeY"), TEXT("New forest size along Y in cm. Defaults to the current size.")),
+				OptionalText(TEXT("SizeZ"), TEXT("New forest height in cm. Defaults to the current height.")),
+				OptionalText(TEXT("Generate"), TEXT("Optional bool: request generation after the change. Defaults to true.")),
+			}, &ZorvekMCPBridgePcgForestTools::HandleSetForestBounds),
 			ToolRow(TEXT("pcg_generate"), TEXT("Request generation of the PCG component on an editor-world forest actor and report the component's state."), {
 				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path whose PCG component should generate.")),
 			}, &ZorvekMCPBridgePcgTools::HandleGenerate),
-			ToolRow(TEXT("pcg_create_visual_repro_output"), TEXT("Create tagged stand-in tree actors that show a PCG forest actor's output in the editor world."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::CreateVisualReproOutput>),
+			ToolRow(TEXT("pcg_create_visual_repro_output"), TEXT("Create tagged stand-in tree actors that show a PCG forest actor's output in the editor world."), {
+				RequiredText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path from pcg_place_forest_actor or pcg_run_forest_recipe.")),
+				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
+				OptionalText(TEXT("MaxActors"), TEXT("Most stand-in actors to place, 1 to 1000. Defaults to 200.")),
+				OptionalText(TEXT("MeshPath"), TEXT("Static mesh of the stand-ins. Defaults to /Engine/BasicShapes/Cone.Cone.")),
+			}, &ZorvekMCPBridgePcgForestTools::HandleCreateVisualReproOutput),
 			ToolRow(TEXT("pcg_inspect_generated"), TEXT("Report what an editor-world forest actor's PCG component and the bridge's visual output actors have produced."), {
 				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path whose PCG output should be inspected.")),
 			}, &ZorvekMCPBridgePcgTools::HandleInspectGenerated),
-			ToolRow(TEXT("pcg_run_forest_recipe"), TEXT("Run the whole PCG forest workflow in one call: graph, actor, bounds, generation, and readback."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunForestRecipe>),
+			ToolRow(TEXT("pcg_run_forest_recipe"), TEXT("Run the whole PCG forest workflow in one call: graph, actor, bounds, generation, and readback."), {
+				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
+				OptionalText(TEXT("GraphPath"), TEXT("PCG graph asset path for the forest. Defaults to /Game/ZorvekMCP/PCG/PCG_ZorvekForest.")),
+				OptionalText(TEXT("Density"), TEXT("Trees per square metre, the surface sampler's PointsPerSquaredMeter; above 0, at most 1. Defaults to 0.05.")),
+				OptionalText(TEXT("Looseness"), TEXT("How far trees stray from a regular grid, 0 to 1, the surface sampler's Looseness. Defaults to 1.")),
+				OptionalObject(TEXT("MeshPaths"), TEXT("Array of static mesh object paths the spawner picks from with equal weight. Defaults to the engine cone (weight 3) and cylinder (weight 1).")),
+				OptionalText(TEXT("ActorLabel"), TEXT("Editor label of the forest volume; must not be taken. Defaults to ZorvekPCGForest.")),
+				OptionalText(TEXT("LocationX"), TEXT("Optional forest centre X. Defaults to 0.")),
+				OptionalText(TEXT("LocationY"), TEXT("Optional forest centre Y. Defaults to 0.")),
+				OptionalText(TEXT("LocationZ"), TEXT("Optional forest centre Z. Defaults to 0.")),
+				OptionalText(TEXT("SizeX"), TEXT("Forest size along X in cm. Defaults to 4000.")),
+				OptionalText(TEXT("SizeY"), TEXT("Forest size along Y in cm. Defaults to 4000.")),
+				OptionalText(TEXT("SizeZ"), TEXT("Forest height in cm. Defaults to 400.")),
+				OptionalText(TEXT("Seed"), TEXT("PCG component seed; the same seed gives the same forest. Defaults to 42.")),
+			}, &ZorvekMCPBridgePcgForestTools::HandleRunForestRecipe),
 			ToolRow(TEXT("pcg_run_road_recipe"), TEXT("Run a PCG straight road strip workflow in one call."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunRoadRecipe>),
 			ToolRow(TEXT("pcg_run_spline_road_proof"), TEXT("Run a PCG road workflow bounded by a spline rectangle."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunSplineRoadProof>),
 			ToolRow(TEXT("pcg_run_city_layout_recipe"), TEXT("Run a PCG grid city layout workflow with roads, intersections, and skyscrapers."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunCityLayoutRecipe>),
 			ToolRow(TEXT("pcg_update_city_layout_recipe"), TEXT("Make a city layout from pcg_run_city_layout_recipe bigger or denser."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::UpdateCityLayoutRecipe>),
-			ToolRow(TEXT("pcg_update_forest_recipe"), TEXT("Adjust the size, density, or naturalness of a forest from pcg_run_forest_recipe."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::UpdateForestRecipe>),
+			ToolRow(TEXT("pcg_update_forest_recipe"), TEXT("Adjust the size, density, or naturalness of a forest from pcg_run_forest_recipe."), {
+				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path. Defaults to ZorvekPCGForest.")),
+				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
+				OptionalText(TEXT("Density"), TEXT("New trees per square metre, above 0, at most 1.")),
+				OptionalText(TEXT("DensityScale"), TEXT("Multiplies the density, for example 2 for a denser forest.")),
+				OptionalText(TEXT("Looseness"), TEXT("New looseness 0 to 1; 1 looks most natural.")),
+				OptionalText(TEXT("SizeX"), TEXT("New forest size along X in cm. Defaults to the current size.")),
+				OptionalText(TEXT("SizeY"), TEXT("New forest size along Y in cm. Defaults to the current size.")),
+				OptionalText(TEXT("SizeZ"), TEXT("New forest height in cm. Defaults to the current height.")),
+				OptionalText(TEXT("SizeScale"), TEXT("Multiplies the size, for example 1.5 for a bigger forest.")),
+				OptionalText(TEXT("Seed"), TEXT("New PCG component seed for a different arrangement.")),
+			}, &ZorvekMCPBridgePcgForestTools::HandleUpdateForestRecipe),
 			ToolRow(TEXT("pcg_multiclass_spawn_proof"), TEXT("Show several actor classes spawned from one PCG forest setup."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::MulticlassSpawnProof>),
 
 			// Fixture assets.

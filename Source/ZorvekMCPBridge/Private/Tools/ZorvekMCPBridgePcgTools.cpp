@@ -52,17 +52,9 @@ namespace
 	}
 
 	const TCHAR* const PcgUnbuiltToolNames[] = {
-		TEXT("pcg_create_forest_repro"),
-		TEXT("pcg_place_forest_actor"),
-		TEXT("pcg_inspect_graph"),
-		TEXT("pcg_set_forest_bounds"),
-		TEXT("pcg_create_visual_repro_output"),
-		TEXT("pcg_run_forest_recipe"),
-		TEXT("pcg_run_road_recipe"),
 		TEXT("pcg_run_spline_road_proof"),
 		TEXT("pcg_run_city_layout_recipe"),
 		TEXT("pcg_update_city_layout_recipe"),
-		TEXT("pcg_update_forest_recipe"),
 		TEXT("pcg_multiclass_spawn_proof"),
 	};
 	static_assert((int32)UE_ARRAY_COUNT(PcgUnbuiltToolNames) == (int32)EZorvekMCPBridgeUnbuiltPcgTool::MulticlassSpawnProof + 1, "one name per unbuilt PCG tool");

@@ -7,20 +7,13 @@ struct FZorvekMCPBridgeToolContext;
 
 // The PCG tools that run in this build: pcg_generate asks an actor's PCG component to run its
 // graph, pcg_inspect_generated reports what it and the bridge's visual output actors produced.
-// The other pcg_* tools of the catalogue answer through HandleUnbuiltTool until they are built.
+// The forest tools live in ZorvekMCPBridgePcgForestTools; the other pcg_* tools of the catalogue
+// answer through HandleUnbuiltTool until they are built.
 enum class EZorvekMCPBridgeUnbuiltPcgTool : uint8
 {
-	CreateForestRepro,
-	PlaceForestActor,
-	InspectGraph,
-	SetForestBounds,
-	CreateVisualReproOutput,
-	RunForestRecipe,
-	RunRoadRecipe,
 	RunSplineRoadProof,
 	RunCityLayoutRecipe,
 	UpdateCityLayoutRecipe,
-	UpdateForestRecipe,
 	MulticlassSpawnProof
 };
 
