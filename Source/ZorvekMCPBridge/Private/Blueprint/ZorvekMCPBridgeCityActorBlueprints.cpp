@@ -4,9 +4,11 @@
 #include "Math/UnrealMathUtility.h"
 #include "World/ZorvekMCPBridgeActorReadback.h"
 
+// Helpers inside the domain namespace, so a unity build does not share them with other files.
+namespace ZorvekMCPBridgeCityActorBlueprints
+{
 namespace
 {
-	using namespace ZorvekMCPBridgeCityActorBlueprints;
 	using ZorvekMCPBridgePrimitiveActors::EPrimitiveShape;
 	using ZorvekMCPBridgePrimitiveActors::FPrimitiveActorSpec;
 	using ZorvekMCPBridgePrimitiveActors::FPrimitivePart;
@@ -98,6 +100,7 @@ namespace
 		Result.Build = ZorvekMCPBridgePrimitiveActors::BuildPrimitiveActor(Port, Spec);
 		return Result;
 	}
+}
 }
 
 bool ZorvekMCPBridgeCityActorBlueprints::MakeRoadSpec(const FRoadParams& Params, FPrimitiveActorSpec& OutSpec, FString& OutError)

@@ -13,10 +13,11 @@
 const TCHAR* const ZorvekMCPBridgePrimitiveActors::RootComponentName = TEXT("Root");
 const TCHAR* const ZorvekMCPBridgePrimitiveActors::BasicShapeMaterialPath = TEXT("/Engine/BasicShapes/BasicShapeMaterial.BasicShapeMaterial");
 
+// Helpers inside the domain namespace, so a unity build does not share them with other files.
+namespace ZorvekMCPBridgePrimitiveActors
+{
 namespace
 {
-	using namespace ZorvekMCPBridgePrimitiveActors;
-
 	const TCHAR* const PrimitiveActorActorClassPath = TEXT("/Script/Engine.Actor");
 	const TCHAR* const PrimitiveActorSceneComponentClassPath = TEXT("/Script/Engine.SceneComponent");
 	const TCHAR* const PrimitiveActorStaticMeshComponentClassPath = TEXT("/Script/Engine.StaticMeshComponent");
@@ -286,6 +287,7 @@ namespace
 		return FString();
 	}
 }
+}
 
 bool ZorvekMCPBridgePrimitiveActors::ParseShape(const FString& Word, EPrimitiveShape& OutShape)
 {
@@ -494,7 +496,7 @@ FZorvekMCPBridgeBox ZorvekMCPBridgePrimitiveActors::ComputeLocalBounds(const TAr
 	return Bounds;
 }
 
-FPrimitiveActorBuild ZorvekMCPBridgePrimitiveActors::BuildPrimitiveActor(IZorvekMCPBridgeEditorPort& Port, const FPrimitiveActorSpec& Spec)
+ZorvekMCPBridgePrimitiveActors::FPrimitiveActorBuild ZorvekMCPBridgePrimitiveActors::BuildPrimitiveActor(IZorvekMCPBridgeEditorPort& Port, const FPrimitiveActorSpec& Spec)
 {
 	FPrimitiveActorBuild Build;
 	TArray<FBuiltPart> Parts;

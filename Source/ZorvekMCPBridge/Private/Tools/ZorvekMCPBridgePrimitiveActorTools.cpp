@@ -8,6 +8,9 @@
 #include "Tools/ZorvekMCPBridgeToolArguments.h"
 #include "World/ZorvekMCPBridgeWorldTransformArguments.h"
 
+// Helpers inside the domain namespace, so a unity build does not share them with other files.
+namespace ZorvekMCPBridgePrimitiveActorTools
+{
 namespace
 {
 	using namespace ZorvekMCPBridgePrimitiveActors;
@@ -297,6 +300,7 @@ namespace
 		Parameters->SetNumberField(TEXT("road_width"), LaneCount * LaneWidth);
 		return Parameters;
 	}
+}
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgePrimitiveActorTools::HandleCreatePrimitiveActor(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
