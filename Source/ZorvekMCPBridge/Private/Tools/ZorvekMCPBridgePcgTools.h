@@ -11,6 +11,7 @@ struct FZorvekMCPBridgeToolContext;
 // answer through HandleUnbuiltTool until they are built.
 enum class EZorvekMCPBridgeUnbuiltPcgTool : uint8
 {
+	RunRoadRecipe,
 	RunSplineRoadProof,
 	RunCityLayoutRecipe,
 	UpdateCityLayoutRecipe,
