@@ -294,3 +294,87 @@ TEST_F(PcgSplineBoundsTest, EverySplineToolAnswersTheUnavailableResultWithoutPcg
 	}
 	EXPECT_EQ(DescribeLevel(), Before);
 }
+
+// The road recipe.
+
+namespace
+{
+	class PcgRoadRecipeTest : public PcgCityToolsTest
+	{
+	protected:
+		TSharedPtr<FJsonObject> RunRoad(std::initializer_list<std::pair<const TCHAR*, TSharedPtr<FJsonValue>>> Fields)
+		{
+			TSharedPtr<FJsonObject> Args = Arguments(Fields);
+			if (!Args->HasField(TEXT("AllowCurrentLevel")))
+			{
+				Args->SetBoolField(TEXT("AllowCurrentLevel"), true);
+			}
+			return Call(TEXT("pcg_run_road_recipe"), Args);
+		}
+	};
+}
+
+TEST_F(PcgRoadRecipeTest, AStripPlacesItsSegmentsEndToEndAlongItsYawFromOneReusedBlueprint)
+{
+	const TSharedPtr<FJsonObject> Payload = Ok(RunRoad({{TEXT("SegmentCount"), Text(TEXT("3"))}, {TEXT("SegmentLength"), Number(1000)},
+		{TEXT("LaneCount"), Number(4)}, {TEXT("LocationX"), Number(100)}, {TEXT("RotationYaw"), Number(90)}, {TEXT("RecipeLabel"), Text(TEXT("Main"))}}));
+	EXPECT_EQ(Payload->GetNumberField(TEXT("segment_count")), 3);
+	EXPECT_EQ(Payload->GetNumberField(TEXT("strip_length")), 3000);
+	EXPECT_EQ(S(Payload->GetStringField(TEXT("recipe_tag"))), "ZorvekPCGRoad_Main");
+	const TSharedPtr<FJsonObject> Road = Payload->GetObjectField(TEXT("road_blueprint"));
+	EXPECT_EQ(S(Road->GetStringField(TEXT("object_path"))), "/Game/ZorvekPCG/Roads/BP_ZorvekRoad_4Lane_1000.BP_ZorvekRoad_4Lane_1000");
+	EXPECT_FALSE(Road->GetBoolField(TEXT("reused")));
+
+	std::vector<std::string> Labels;
+	std::vector<std::string> Locations;
+	for (const TSharedPtr<FJsonValue>& Value : Payload->GetArrayField(TEXT("actors")))
+	{
+		const TSharedPtr<FJsonObject> Actor = Value->AsObject();
+		Labels.push_back(S(Actor->GetStringField(TEXT("label"))));
+		Locations.push_back(Location(Actor->GetObjectField(TEXT("transform"))));
+		EXPECT_EQ(Strings(Actor->GetArrayField(TEXT("tags"))), (std::vector<std::string>{"ZorvekMCPBridge", "ZorvekRepro", "ZorvekVisualPCG", "ZorvekPCGRoad_Main"}));
+		EXPECT_EQ(Rotation(Actor->GetObjectField(TEXT("transform"))), "0 90 0");
+		// Four lanes of 350 and two sidewalks of 200, turned to run along Y.
+		EXPECT_NEAR(Actor->GetObjectField(TEXT("bounds"))->GetObjectField(TEXT("extent"))->GetNumberField(TEXT("x")), 900.0, 0.01);
+		EXPECT_NEAR(Actor->GetObjectField(TEXT("bounds"))->GetObjectField(TEXT("extent"))->GetNumberField(TEXT("y")), 500.0, 0.01);
+	}
+	EXPECT_EQ(Labels, (std::vector<std::string>{"Main_Road01", "Main_Road02", "Main_Road03"}));
+	EXPECT_EQ(Locations, (std::vector<std::string>{"100 500 0", "100 1500 0", "100 2500 0"}));
+
+	// A second strip of the same lanes and length reuses the Blueprint.
+	const TSharedPtr<FJsonObject> Second = Ok(RunRoad({{TEXT("SegmentCount"), Number(1)}, {TEXT("SegmentLength"), Number(1000)}, {TEXT("LaneCount"), Number(4)}, {TEXT("RecipeLabel"), Text(TEXT("Side"))}}));
+	EXPECT_TRUE(Second->GetObjectField(TEXT("road_blueprint"))->GetBoolField(TEXT("reused")));
+}
+
+TEST_F(PcgRoadRecipeTest, RefusalsAndASecondRunOfOneLabelLeaveTheLevelAsItWas)
+{
+	const TCHAR* const Tool = TEXT("pcg_run_road_recipe");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("SegmentCount"), Number(2)}}), "pcg_run_road_recipe requires AllowCurrentLevel=true because this mutates the current editor world.");
+	for (const TSharedPtr<FJsonValue>& Count : {Number(0), Number(101), Number(2.5), Text(TEXT("many"))})
+	{
+		const TSharedPtr<FJsonObject> Args = Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("SegmentCount"), Count}});
+		const std::string Expected = Count->Type == EJson::String ? "SegmentCount must be a number." : "SegmentCount must be a whole number from 1 to 100.";
+		ExpectRefusedUnchanged(Tool, Args, Expected);
+	}
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("LaneCount"), Number(9)}}), "LaneCount must be a whole number from 1 to 8.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("SegmentLength"), Number(50)}}), "SegmentLength must be between 100 and 1000000 cm.");
+
+	Ok(RunRoad({{TEXT("SegmentCount"), Number(2)}}));
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}}),
+		"A road recipe labelled 'ZorvekPCGRoad' is already in the level; remove it with editor_cleanup_repro_actors (Filter ZorvekPCGRoad) or choose another RecipeLabel.");
+
+	// Cleanup by the label takes the strip away, and the recipe runs again.
+	EXPECT_EQ(Ok(Call(TEXT("editor_cleanup_repro_actors"), Arguments({{TEXT("Filter"), Text(TEXT("ZorvekPCGRoad"))}})))->GetNumberField(TEXT("deleted_count")), 2);
+	EXPECT_EQ(Ok(RunRoad({}))->GetNumberField(TEXT("segment_count")), 5);
+}
+
+TEST_F(PcgRoadRecipeTest, WithoutPcgTheRecipeAnswersUnavailableAndMakesNothing)
+{
+	SetPcgAvailable(false);
+	const std::string Before = DescribeLevel();
+	const TSharedPtr<FJsonObject> Payload = Refused(RunRoad({{TEXT("SegmentCount"), Number(3)}}));
+	EXPECT_EQ(S(Payload->GetStringField(TEXT("status"))), "pcg_unavailable");
+	EXPECT_EQ(S(Payload->GetStringField(TEXT("operation"))), "run_road_recipe");
+	EXPECT_EQ(DescribeLevel(), Before);
+	EXPECT_FALSE(Port->GetObjects().LoadObject(TEXT("/Game/ZorvekPCG/Roads/BP_ZorvekRoad_2Lane_2000.BP_ZorvekRoad_2Lane_2000")).IsValid());
+}

@@ -2,6 +2,8 @@
 
 #include "Dom/JsonValue.h"
 #include "EditorPort/ZorvekMCPBridgeEditorPort.h"
+#include "Blueprint/ZorvekMCPBridgeCityActorBlueprints.h"
+#include "Pcg/ZorvekMCPBridgePcgCityLayout.h"
 #include "Pcg/ZorvekMCPBridgePcgProbe.h"
 #include "Pcg/ZorvekMCPBridgePcgSplineBounds.h"
 #include "Server/ZorvekMCPBridgeToolCatalogue.h"
@@ -12,7 +14,6 @@
 
 namespace
 {
-	using namespace ZorvekMCPBridgePcgSplineBounds;
 	using ZorvekMCPBridgeToolArguments::ReadBool;
 	using ZorvekMCPBridgeToolArguments::ReadString;
 	using ZorvekMCPBridgeWorldTransformArguments::FNumberOverride;
@@ -38,7 +39,7 @@ namespace
 		// A size present and outside the documented range is refused with its key.
 		void CheckSize(const TCHAR* Key, const FNumberOverride& Size)
 		{
-			if (Error.IsEmpty() && Size.bPresent && (Size.Value < MinSize || Size.Value > MaxSize))
+			if (Error.IsEmpty() && Size.bPresent && (Size.Value < ZorvekMCPBridgePcgSplineBounds::MinSize || Size.Value > ZorvekMCPBridgePcgSplineBounds::MaxSize))
 			{
 				Error = FString::Printf(TEXT("%s must be between 100 and 1000000 (centimetres)."), Key);
 			}
@@ -99,6 +100,54 @@ namespace
 		}
 	};
 
+	struct FPcgCityRoadRecipeParams
+	{
+		bool bAllowCurrentLevel = false;
+		FString RecipeLabel;
+		FString PackagePath;
+		int32 SegmentCount = ZorvekMCPBridgePcgCityLayout::DefaultRoadSegments;
+		ZorvekMCPBridgeCityActorBlueprints::FRoadParams Road;
+		FZorvekMCPBridgeVector Origin;
+		double Yaw = 0.0;
+		FString Error;
+
+		static FPcgCityRoadRecipeParams Read(const TSharedPtr<FJsonObject>& Arguments)
+		{
+			FPcgCityRoadRecipeParams Params;
+			Params.bAllowCurrentLevel = ReadBool(Arguments, TEXT("AllowCurrentLevel"), false);
+			Params.RecipeLabel = ReadString(Arguments, TEXT("RecipeLabel"), FString()).TrimStartAndEnd();
+			Params.RecipeLabel = Params.RecipeLabel.IsEmpty() ? FString(TEXT("ZorvekPCGRoad")) : Params.RecipeLabel;
+			Params.PackagePath = ReadString(Arguments, TEXT("PackagePath"), FString()).TrimStartAndEnd();
+			Params.PackagePath = Params.PackagePath.IsEmpty() ? FString(TEXT("/Game/ZorvekPCG/Roads")) : Params.PackagePath;
+			FPcgCityNumbers Numbers;
+			const FNumberOverride Count = Numbers.Read(Arguments, TEXT("SegmentCount"));
+			const FNumberOverride Length = Numbers.Read(Arguments, TEXT("SegmentLength"));
+			const FNumberOverride Lanes = Numbers.Read(Arguments, TEXT("LaneCount"));
+			Params.Origin = {Numbers.Read(Arguments, TEXT("LocationX")).Value, Numbers.Read(Arguments, TEXT("LocationY")).Value, Numbers.Read(Arguments, TEXT("LocationZ")).Value};
+			Params.Yaw = Numbers.Read(Arguments, TEXT("RotationYaw")).Value;
+			if (Numbers.Error.IsEmpty() && Count.bPresent && (Count.Value != FMath::RoundHalfFromZero(Count.Value) || Count.Value < 1 || Count.Value > ZorvekMCPBridgePcgCityLayout::MaxRoadSegments))
+			{
+				Numbers.Error = TEXT("SegmentCount must be a whole number from 1 to 100.");
+			}
+			if (Numbers.Error.IsEmpty() && Lanes.bPresent && (Lanes.Value != FMath::RoundHalfFromZero(Lanes.Value) || Lanes.Value < 1 || Lanes.Value > ZorvekMCPBridgeCityActorBlueprints::MaxLaneCount))
+			{
+				Numbers.Error = TEXT("LaneCount must be a whole number from 1 to 8.");
+			}
+			if (Numbers.Error.IsEmpty() && Length.bPresent && (Length.Value < ZorvekMCPBridgeCityActorBlueprints::MinLength || Length.Value > ZorvekMCPBridgeCityActorBlueprints::MaxLength))
+			{
+				Numbers.Error = TEXT("SegmentLength must be between 100 and 1000000 cm.");
+			}
+			Params.SegmentCount = Count.bPresent ? (int32)Count.Value : Params.SegmentCount;
+			Params.Road.LaneCount = Lanes.bPresent ? (int32)Lanes.Value : Params.Road.LaneCount;
+			// Whole centimetres, so the Blueprint's name tells its length exactly.
+			Params.Road.Length = Length.bPresent ? FMath::RoundHalfFromZero(Length.Value) : Params.Road.Length;
+			Params.Road.PackagePath = Params.PackagePath;
+			Params.Road.AssetName = FString::Printf(TEXT("BP_ZorvekRoad_%dLane_%d"), Params.Road.LaneCount, FMath::RoundToInt(Params.Road.Length));
+			Params.Error = Numbers.Error;
+			return Params;
+		}
+	};
+
 	TSharedPtr<FJsonObject> FailPcgCityTool(const TCHAR* SuccessKey, const FString& Message)
 	{
 		TSharedPtr<FJsonObject> Payload = MakeShared<FJsonObject>();
@@ -111,7 +160,7 @@ namespace
 		return ZorvekMCPBridgeTools::MakeStructuredToolResult(Payload, true);
 	}
 
-	TSharedPtr<FJsonObject> MakePcgCityRectangleJson(const FRectangle& Rectangle)
+	TSharedPtr<FJsonObject> MakePcgCityRectangleJson(const ZorvekMCPBridgePcgSplineBounds::FRectangle& Rectangle)
 	{
 		TSharedPtr<FJsonObject> Object = MakeShared<FJsonObject>();
 		Object->SetNumberField(TEXT("length"), Rectangle.Length);
@@ -154,7 +203,7 @@ namespace
 			Found.Error = ZorvekMCPBridgeActorReadback::MakeActorNotFoundMessage(ActorNameOrLabel);
 			return Found;
 		}
-		Found.Spline = FindSplineComponent(Port, Found.Snapshot);
+		Found.Spline = ZorvekMCPBridgePcgSplineBounds::FindSplineComponent(Port, Found.Snapshot);
 		if (!Found.Spline.IsValid())
 		{
 			Found.Error = FString::Printf(TEXT("Actor '%s' has no spline component."), *Found.Entry.Label);
@@ -179,14 +228,14 @@ namespace
 		TSharedPtr<FJsonObject>& OutActor, TSharedPtr<FJsonObject>& OutSpline, FString& OutError)
 	{
 		FZorvekMCPBridgeActorSnapshot Snapshot;
-		FSplineState State;
-		if (!Port.GetWorld().ReadActor(Actor, Snapshot) || !ReadSpline(Port, Spline, State, OutError))
+		ZorvekMCPBridgePcgSplineBounds::FSplineState State;
+		if (!Port.GetWorld().ReadActor(Actor, Snapshot) || !ZorvekMCPBridgePcgSplineBounds::ReadSpline(Port, Spline, State, OutError))
 		{
 			OutError = OutError.IsEmpty() ? TEXT("The spline bounds actor could not be read back.") : OutError;
 			return false;
 		}
 		OutActor = ZorvekMCPBridgeActorReadback::MakeActorReadback(Snapshot, bSelected);
-		OutSpline = MakeSplineBoundsJson(FindPcgCityComponentName(Snapshot, Spline), State);
+		OutSpline = ZorvekMCPBridgePcgSplineBounds::MakeSplineBoundsJson(FindPcgCityComponentName(Snapshot, Spline), State);
 		return true;
 	}
 }
@@ -219,30 +268,30 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleCreateSplineBoundsAct
 		return FailPcgCityTool(TEXT("created"), Params.Error);
 	}
 	FZorvekMCPBridgeTypeInfo SplineClass;
-	if (!Port.GetObjects().LoadClass(SplineComponentClassPath, SplineClass))
+	if (!Port.GetObjects().LoadClass(ZorvekMCPBridgePcgSplineBounds::SplineComponentClassPath, SplineClass))
 	{
 		return FailPcgCityTool(TEXT("created"), TEXT("The engine's spline component class /Script/Engine.SplineComponent could not be loaded."));
 	}
 
-	FRectangle Rectangle;
-	Rectangle.Length = Params.Length.bPresent ? Params.Length.Value : DefaultLength;
-	Rectangle.Width = Params.Width.bPresent ? Params.Width.Value : DefaultWidth;
+	ZorvekMCPBridgePcgSplineBounds::FRectangle Rectangle;
+	Rectangle.Length = Params.Length.bPresent ? Params.Length.Value : ZorvekMCPBridgePcgSplineBounds::DefaultLength;
+	Rectangle.Width = Params.Width.bPresent ? Params.Width.Value : ZorvekMCPBridgePcgSplineBounds::DefaultWidth;
 	const FZorvekMCPBridgeVector Location = {Params.LocationX.Value, Params.LocationY.Value, Params.LocationZ.Value};
 	FZorvekMCPBridgeRotator Rotation;
 	Rotation.Yaw = Params.RotationYaw.Value;
-	const FZorvekMCPBridgeObjectHandle Actor = World.SpawnActorFromClass(ActorClassPath, Location, Rotation);
+	const FZorvekMCPBridgeObjectHandle Actor = World.SpawnActorFromClass(ZorvekMCPBridgePcgSplineBounds::ActorClassPath, Location, Rotation);
 	if (!Actor.IsValid())
 	{
-		return FailPcgCityTool(TEXT("created"), FString::Printf(TEXT("Could not spawn actor of class '%s'."), ActorClassPath));
+		return FailPcgCityTool(TEXT("created"), FString::Printf(TEXT("Could not spawn actor of class '%s'."), ZorvekMCPBridgePcgSplineBounds::ActorClassPath));
 	}
 	// From here a failure takes the new actor away again, so nothing half made stays behind.
 	FString Error;
-	const FZorvekMCPBridgeObjectHandle Spline = World.AddInstanceComponent(Actor, SplineClass.Path, ComponentName);
+	const FZorvekMCPBridgeObjectHandle Spline = World.AddInstanceComponent(Actor, SplineClass.Path, ZorvekMCPBridgePcgSplineBounds::ComponentName);
 	if (!Spline.IsValid())
 	{
 		Error = TEXT("Could not add a spline component to the spline bounds actor.");
 	}
-	else if (!WriteRectangle(Port, Spline, Rectangle, Error))
+	else if (!ZorvekMCPBridgePcgSplineBounds::WriteRectangle(Port, Spline, Rectangle, Error))
 	{
 		Error = Error.IsEmpty() ? TEXT("Could not write the spline rectangle.") : Error;
 	}
@@ -257,9 +306,9 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleCreateSplineBoundsAct
 	Transform.Location = Location;
 	Transform.Rotation = Rotation;
 	World.SetActorTransform(Actor, Transform);
-	World.SetActorLabel(Actor, MakePcgCityUniqueLabel(World, Params.ActorLabel.IsEmpty() ? FString(DefaultLabel) : Params.ActorLabel));
+	World.SetActorLabel(Actor, MakePcgCityUniqueLabel(World, Params.ActorLabel.IsEmpty() ? FString(ZorvekMCPBridgePcgSplineBounds::DefaultLabel) : Params.ActorLabel));
 	World.AddActorTags(Actor, {FName(ZorvekMCPBridgeActorReadback::BridgeTag), FName(ZorvekMCPBridgeActorReadback::ReproTag),
-		FName(ZorvekMCPBridgeActorReadback::VisualPcgTag), FName(SplineBoundsTag)});
+		FName(ZorvekMCPBridgeActorReadback::VisualPcgTag), FName(ZorvekMCPBridgePcgSplineBounds::SplineBoundsTag)});
 	World.SelectNothing();
 	World.SetActorSelectionState(Actor, true);
 
@@ -311,7 +360,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleInspectSplineBoundsAc
 	}
 	TSharedPtr<FJsonObject> Payload = MakeShared<FJsonObject>();
 	Payload->SetBoolField(TEXT("success"), true);
-	Payload->SetBoolField(TEXT("is_spline_bounds_actor"), Found.Entry.Tags.Contains(FName(SplineBoundsTag)));
+	Payload->SetBoolField(TEXT("is_spline_bounds_actor"), Found.Entry.Tags.Contains(FName(ZorvekMCPBridgePcgSplineBounds::SplineBoundsTag)));
 	Payload->SetObjectField(TEXT("actor"), ActorJson);
 	Payload->SetObjectField(TEXT("spline_bounds"), SplineJson);
 	Payload->SetStringField(TEXT("note"), PcgCityNotSampledNote);
@@ -350,21 +399,21 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleSetSplineBoundsActor(
 		return FailPcgCityTool(TEXT("updated"), Found.Error);
 	}
 	// Only the bridge's own bounds actors are reshaped; a spline the user drew stays as it is.
-	if (!Found.Entry.Tags.Contains(FName(SplineBoundsTag)))
+	if (!Found.Entry.Tags.Contains(FName(ZorvekMCPBridgePcgSplineBounds::SplineBoundsTag)))
 	{
 		return FailPcgCityTool(TEXT("updated"), FString::Printf(TEXT("'%s' is not a spline bounds actor from pcg_create_spline_bounds_actor."), *Found.Entry.Label));
 	}
-	FSplineState Before;
+	ZorvekMCPBridgePcgSplineBounds::FSplineState Before;
 	FString Error;
-	if (!ReadSpline(Port, Found.Spline, Before, Error))
+	if (!ZorvekMCPBridgePcgSplineBounds::ReadSpline(Port, Found.Spline, Before, Error))
 	{
 		return FailPcgCityTool(TEXT("updated"), Error);
 	}
-	const FRectangle Previous = MeasureRectangle(Before);
-	FRectangle Rectangle = Previous;
+	const ZorvekMCPBridgePcgSplineBounds::FRectangle Previous = ZorvekMCPBridgePcgSplineBounds::MeasureRectangle(Before);
+	ZorvekMCPBridgePcgSplineBounds::FRectangle Rectangle = Previous;
 	Rectangle.Length = Params.Length.bPresent ? Params.Length.Value : Previous.Length;
 	Rectangle.Width = Params.Width.bPresent ? Params.Width.Value : Previous.Width;
-	if (!WriteRectangle(Port, Found.Spline, Rectangle, Error))
+	if (!ZorvekMCPBridgePcgSplineBounds::WriteRectangle(Port, Found.Spline, Rectangle, Error))
 	{
 		return FailPcgCityTool(TEXT("updated"), Error);
 	}
@@ -386,4 +435,132 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleSetSplineBoundsActor(
 		Payload->SetStringField(TEXT("error"), Error);
 	}
 	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Payload, !bRead);
+}
+
+TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleRunRoadRecipe(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
+{
+	const TCHAR* const ToolName = TEXT("pcg_run_road_recipe");
+	if (!Context.EditorPort)
+	{
+		return ZorvekMCPBridgeAssetTools::MakeEditorPortUnavailableResult(ToolName);
+	}
+	IZorvekMCPBridgeEditorPort& Port = *Context.EditorPort;
+	IZorvekMCPBridgeWorld& World = Port.GetWorld();
+	if (!ZorvekMCPBridgePcgProbe::Probe(World).IsAvailable())
+	{
+		return ZorvekMCPBridgePcgProbe::MakeUnavailableResult(World, ToolName, Arguments, TEXT("run_road_recipe"));
+	}
+	const FPcgCityRoadRecipeParams Params = FPcgCityRoadRecipeParams::Read(Arguments);
+	if (!Params.bAllowCurrentLevel)
+	{
+		return FailPcgCityTool(TEXT("placed"), TEXT("pcg_run_road_recipe requires AllowCurrentLevel=true because this mutates the current editor world."));
+	}
+	FZorvekMCPBridgeWorldInfo WorldInfo;
+	if (!World.IsActorSubsystemAvailable() || !World.GetEditorWorld(WorldInfo))
+	{
+		return FailPcgCityTool(TEXT("placed"), TEXT("Editor actor subsystem or editor world is unavailable."));
+	}
+	if (!Params.Error.IsEmpty())
+	{
+		return FailPcgCityTool(TEXT("placed"), Params.Error);
+	}
+	ZorvekMCPBridgePrimitiveActors::FPrimitiveActorSpec Spec;
+	FString Error;
+	if (!ZorvekMCPBridgeCityActorBlueprints::MakeRoadSpec(Params.Road, Spec, Error))
+	{
+		return FailPcgCityTool(TEXT("placed"), Error);
+	}
+	// A recipe is placed once per label: running it again would duplicate every segment.
+	const FName RecipeTag(*FString::Printf(TEXT("ZorvekPCGRoad_%s"), *Params.RecipeLabel));
+	for (const FZorvekMCPBridgeActorEntry& Existing : World.GetAllLevelActors())
+	{
+		if (Existing.Tags.Contains(RecipeTag))
+		{
+			return FailPcgCityTool(TEXT("placed"), FString::Printf(TEXT("A road recipe labelled '%s' is already in the level; remove it with editor_cleanup_repro_actors (Filter %s) or choose another RecipeLabel."), *Params.RecipeLabel, *Params.RecipeLabel));
+		}
+	}
+
+	// The road Blueprint: made once per lanes and length, reused by later recipes.
+	TArray<TSharedPtr<FJsonValue>> Steps;
+	const auto AddStep = [&Steps](const TCHAR* Step, bool bSuccess, const FString& Detail)
+	{
+		TSharedPtr<FJsonObject> Entry = MakeShared<FJsonObject>();
+		Entry->SetStringField(TEXT("step"), Step);
+		Entry->SetBoolField(TEXT("success"), bSuccess);
+		Entry->SetStringField(TEXT("detail"), Detail);
+		Steps.Add(MakeShared<FJsonValueObject>(Entry));
+	};
+	const FString ObjectPath = FString::Printf(TEXT("%s/%s.%s"), *Params.PackagePath, *Params.Road.AssetName, *Params.Road.AssetName);
+	FZorvekMCPBridgeObjectHandle Blueprint = Port.GetObjects().LoadObject(ObjectPath);
+	FZorvekMCPBridgeBlueprintSnapshot Snapshot;
+	const bool bReused = Blueprint.IsValid() && Port.GetBlueprints().ReadBlueprint(Blueprint, Snapshot);
+	if (bReused)
+	{
+		AddStep(TEXT("road_blueprint"), true, FString::Printf(TEXT("Reused %s."), *ObjectPath));
+	}
+	else
+	{
+		const ZorvekMCPBridgeCityActorBlueprints::FCityActorBuild Build = ZorvekMCPBridgeCityActorBlueprints::CreateRoadActor(Port, Params.Road);
+		if (!Build.Build.bSuccess)
+		{
+			return FailPcgCityTool(TEXT("placed"), FString::Printf(TEXT("The road Blueprint could not be made (%s): %s"), *Build.Build.FailedStep, *Build.Build.Error));
+		}
+		Blueprint = Port.GetObjects().LoadObject(Build.Build.ObjectPath);
+		AddStep(TEXT("road_blueprint"), true, FString::Printf(TEXT("Created %s."), *Build.Build.ObjectPath));
+	}
+	// Placement uses the class as it is now, as editor_place_actor does.
+	Port.GetBlueprints().Compile(Blueprint, 0x20);
+	if (!Blueprint.IsValid() || !Port.GetBlueprints().ReadBlueprint(Blueprint, Snapshot) || Snapshot.GeneratedClassPath.IsEmpty())
+	{
+		return FailPcgCityTool(TEXT("placed"), FString::Printf(TEXT("Could not resolve Blueprint actor class from '%s'."), *ObjectPath));
+	}
+
+	const TArray<ZorvekMCPBridgePcgCityLayout::FPiecePlacement> Placements = ZorvekMCPBridgePcgCityLayout::MakeRoadStrip(Params.Origin, Params.Yaw, Params.SegmentCount, Params.Road.Length);
+	TArray<FZorvekMCPBridgeObjectHandle> Placed;
+	for (int32 Index = 0; Index < Placements.Num(); ++Index)
+	{
+		FZorvekMCPBridgeRotator Rotation;
+		Rotation.Yaw = Placements[Index].Yaw;
+		const FZorvekMCPBridgeObjectHandle Actor = World.SpawnActorFromClass(Snapshot.GeneratedClassPath, Placements[Index].Location, Rotation);
+		if (!Actor.IsValid())
+		{
+			// Nothing of a half-placed strip stays behind.
+			World.DestroyActors(Placed);
+			return FailPcgCityTool(TEXT("placed"), FString::Printf(TEXT("Could not spawn actor of class '%s'."), *Snapshot.GeneratedClassPath));
+		}
+		Placed.Add(Actor);
+		World.SetActorLabel(Actor, FString::Printf(TEXT("%s_Road%02d"), *Params.RecipeLabel, Index + 1));
+		World.AddActorTags(Actor, {FName(ZorvekMCPBridgeActorReadback::BridgeTag), FName(ZorvekMCPBridgeActorReadback::ReproTag),
+			FName(ZorvekMCPBridgeActorReadback::VisualPcgTag), RecipeTag});
+	}
+	AddStep(TEXT("place_segments"), true, FString::Printf(TEXT("Placed %d road segments."), Placed.Num()));
+
+	TArray<TSharedPtr<FJsonValue>> Actors;
+	for (const FZorvekMCPBridgeObjectHandle& Actor : Placed)
+	{
+		if (const TSharedPtr<FJsonObject> Readback = ZorvekMCPBridgeActorReadback::ReadActorReadback(World, Actor, false))
+		{
+			Actors.Add(MakeShared<FJsonValueObject>(Readback));
+		}
+	}
+	TSharedPtr<FJsonObject> RoadJson = MakeShared<FJsonObject>();
+	RoadJson->SetStringField(TEXT("object_path"), ObjectPath);
+	RoadJson->SetBoolField(TEXT("reused"), bReused);
+	RoadJson->SetNumberField(TEXT("lane_count"), Params.Road.LaneCount);
+	RoadJson->SetNumberField(TEXT("segment_length"), Params.Road.Length);
+	RoadJson->SetObjectField(TEXT("footprint"), ZorvekMCPBridgeCityActorBlueprints::MakeFootprintJson(ZorvekMCPBridgeCityActorBlueprints::GetFootprint(Spec)));
+
+	TSharedPtr<FJsonObject> Payload = MakeShared<FJsonObject>();
+	Payload->SetBoolField(TEXT("success"), true);
+	Payload->SetBoolField(TEXT("placed"), true);
+	Payload->SetStringField(TEXT("recipe_label"), Params.RecipeLabel);
+	Payload->SetStringField(TEXT("recipe_tag"), RecipeTag.ToString());
+	Payload->SetNumberField(TEXT("segment_count"), Placed.Num());
+	Payload->SetNumberField(TEXT("strip_length"), Params.Road.Length * Placed.Num());
+	Payload->SetObjectField(TEXT("road_blueprint"), RoadJson);
+	Payload->SetArrayField(TEXT("steps"), Steps);
+	Payload->SetArrayField(TEXT("actors"), Actors);
+	Payload->SetStringField(TEXT("cleanup"), FString::Printf(TEXT("editor_cleanup_repro_actors with Filter %s removes this strip."), *Params.RecipeLabel));
+	Payload->SetStringField(TEXT("note"), TEXT("A straight strip of road segment actors; roads are not sampled along splines and form no editable network."));
+	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Payload, false);
 }

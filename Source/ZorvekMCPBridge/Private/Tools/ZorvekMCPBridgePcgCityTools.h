@@ -1,5 +1,5 @@
-// The spline bounds tools of the road side of PCG: create an actor whose closed rectangular spline
-// marks road bounds, read it back, resize it. Like every PCG tool they answer the PCG unavailable
+// The road side of PCG: spline bounds actors (create an actor whose closed rectangular spline
+// marks road bounds, read it back, resize it) and the straight road strip recipe. Like every PCG tool they answer the PCG unavailable
 // result when PCG cannot be used; the two that change the level need AllowCurrentLevel=true and
 // tag what they place for editor_cleanup_repro_actors.
 #pragma once
@@ -14,4 +14,8 @@ namespace ZorvekMCPBridgePcgCityTools
 	TSharedPtr<FJsonObject> HandleCreateSplineBoundsActor(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
 	TSharedPtr<FJsonObject> HandleInspectSplineBoundsActor(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
 	TSharedPtr<FJsonObject> HandleSetSplineBoundsActor(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
+
+	// A straight strip of road segment actors: one road Blueprint made (or reused) for the lanes
+	// and length, placed once per segment with the repro tags and the recipe's own tag.
+	TSharedPtr<FJsonObject> HandleRunRoadRecipe(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
 }

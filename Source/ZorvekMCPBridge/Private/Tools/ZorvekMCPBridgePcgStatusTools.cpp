@@ -88,15 +88,15 @@ namespace
 
 	TSharedPtr<FJsonObject> MakePcgSplineBoundsLimits()
 	{
-		using namespace ZorvekMCPBridgePcgSplineBounds;
+		namespace SplineBounds = ZorvekMCPBridgePcgSplineBounds;
 		TSharedPtr<FJsonObject> Object = MakeShared<FJsonObject>();
 		Object->SetStringField(TEXT("shape"), TEXT("closed_rectangle"));
-		Object->SetNumberField(TEXT("point_count"), RectanglePointCount);
+		Object->SetNumberField(TEXT("point_count"), SplineBounds::RectanglePointCount);
 		Object->SetStringField(TEXT("point_type"), TEXT("Linear"));
-		Object->SetNumberField(TEXT("default_length"), DefaultLength);
-		Object->SetNumberField(TEXT("default_width"), DefaultWidth);
-		Object->SetNumberField(TEXT("min_size"), MinSize);
-		Object->SetNumberField(TEXT("max_size"), MaxSize);
+		Object->SetNumberField(TEXT("default_length"), SplineBounds::DefaultLength);
+		Object->SetNumberField(TEXT("default_width"), SplineBounds::DefaultWidth);
+		Object->SetNumberField(TEXT("min_size"), SplineBounds::MinSize);
+		Object->SetNumberField(TEXT("max_size"), SplineBounds::MaxSize);
 		return Object;
 	}
 }
@@ -200,7 +200,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgStatusTools::HandleGetRoadCapabilities
 		{TEXT("pcg_create_spline_bounds_actor"), TEXT("Place an actor whose closed four-point spline marks rectangular road bounds."), nullptr},
 		{TEXT("pcg_inspect_spline_bounds_actor"), TEXT("Read a spline bounds actor's points, spline length, rectangle and bounds."), nullptr},
 		{TEXT("pcg_set_spline_bounds_actor"), TEXT("Change the length or width of a spline bounds actor's rectangle."), nullptr},
-		{TEXT("pcg_run_road_recipe"), TEXT("Place a straight strip of road segments from an origin along a direction."), &HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunRoadRecipe>},
+		{TEXT("pcg_run_road_recipe"), TEXT("Place a straight strip of road segments from an origin along a direction."), nullptr},
 		{TEXT("pcg_run_spline_road_proof"), TEXT("Place a straight road strip inside spline rectangle bounds; the spline is not sampled."), &HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunSplineRoadProof>},
 		{TEXT("pcg_run_city_layout_recipe"), TEXT("Place a grid city: roads between blocks, intersections at crossings, skyscrapers in the blocks."), &HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunCityLayoutRecipe>},
 		{TEXT("pcg_update_city_layout_recipe"), TEXT("Make a grid city bigger, denser or taller in place, without duplicating actors."), &HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::UpdateCityLayoutRecipe>},

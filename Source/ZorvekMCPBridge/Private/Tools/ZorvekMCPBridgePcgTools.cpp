@@ -52,7 +52,6 @@ namespace
 	}
 
 	const TCHAR* const PcgUnbuiltToolNames[] = {
-		TEXT("pcg_run_road_recipe"),
 		TEXT("pcg_run_spline_road_proof"),
 		TEXT("pcg_run_city_layout_recipe"),
 		TEXT("pcg_update_city_layout_recipe"),
