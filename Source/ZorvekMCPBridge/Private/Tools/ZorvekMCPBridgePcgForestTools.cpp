@@ -670,6 +670,7 @@ TSharedPtr<FJsonObject> HandleCreateVisualReproOutput(FZorvekMCPBridgeToolContex
 	const TArray<FName> Tags = {FName(ZorvekMCPBridgeActorReadback::BridgeTag), FName(ZorvekMCPBridgeActorReadback::ReproTag), FName(ZorvekMCPBridgeActorReadback::VisualPcgTag), FName(VisualOutputTag), FName(*MakeForestOutputTag(Label))};
 	TArray<FString> Created;
 	FString SpawnError;
+	const FString StandInLabel = FString::Printf(TEXT("%s_Tree"), *Label);
 	for (int32 Index = 0; Index < FMath::Min(Points.Num(), MaxActors); ++Index)
 	{
 		const FZorvekMCPBridgeObjectHandle Actor = World.SpawnActorFromClass(PcgForestStandInClassPath, Points[Index], FZorvekMCPBridgeRotator());
@@ -680,6 +681,8 @@ TSharedPtr<FJsonObject> HandleCreateVisualReproOutput(FZorvekMCPBridgeToolContex
 			break;
 		}
 		World.AddActorTags(Actor, Tags);
+		// Labelled after the forest, so a cleanup filtered by the forest's label takes them too.
+		World.SetActorLabel(Actor, StandInLabel);
 		for (const FZorvekMCPBridgeActorComponentSnapshot& Component : Snapshot.Components)
 		{
 			if (Component.bIsStaticMeshComponent)
