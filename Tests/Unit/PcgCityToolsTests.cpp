@@ -378,3 +378,119 @@ TEST_F(PcgRoadRecipeTest, WithoutPcgTheRecipeAnswersUnavailableAndMakesNothing)
 	EXPECT_EQ(DescribeLevel(), Before);
 	EXPECT_FALSE(Port->GetObjects().LoadObject(TEXT("/Game/ZorvekPCG/Roads/BP_ZorvekRoad_2Lane_2000.BP_ZorvekRoad_2Lane_2000")).IsValid());
 }
+
+// The city layout recipe.
+
+namespace
+{
+	class PcgCityLayoutTest : public PcgCityToolsTest
+	{
+	protected:
+		TSharedPtr<FJsonObject> RunCity(std::initializer_list<std::pair<const TCHAR*, TSharedPtr<FJsonValue>>> Fields)
+		{
+			TSharedPtr<FJsonObject> Args = Arguments(Fields);
+			if (!Args->HasField(TEXT("AllowCurrentLevel")))
+			{
+				Args->SetBoolField(TEXT("AllowCurrentLevel"), true);
+			}
+			return Call(TEXT("pcg_run_city_layout_recipe"), Args);
+		}
+
+		// The level's actors carrying a tag.
+		int32 CountTagged(const TCHAR* Tag) const
+		{
+			int32 Count = 0;
+			for (const FZorvekMCPBridgeActorEntry& Actor : World().GetAllLevelActors())
+			{
+				Count += Actor.Tags.Contains(FName(Tag)) ? 1 : 0;
+			}
+			return Count;
+		}
+
+		static std::vector<int32> FloorsOf(const TSharedPtr<FJsonObject>& Payload)
+		{
+			std::vector<int32> Floors;
+			for (const TSharedPtr<FJsonValue>& Piece : Payload->GetArrayField(TEXT("pieces")))
+			{
+				if (Piece->AsObject()->HasField(TEXT("floors")))
+				{
+					Floors.push_back((int32)Piece->AsObject()->GetNumberField(TEXT("floors")));
+				}
+			}
+			return Floors;
+		}
+	};
+}
+
+TEST_F(PcgCityLayoutTest, AGridPlacesIntersectionsAtTheCornersRoadsBetweenAndATowerInEveryBlock)
+{
+	const TSharedPtr<FJsonObject> Payload = Ok(RunCity({{TEXT("Columns"), Number(3)}, {TEXT("Rows"), Text(TEXT("2"))}, {TEXT("RoadLength"), Number(1000)},
+		{TEXT("LocationX"), Number(-500)}, {TEXT("RecipeLabel"), Text(TEXT("Downtown"))}}));
+	// 4 x 3 corners, 3 x 3 roads along X and 4 x 2 along Y, 3 x 2 blocks.
+	const TSharedPtr<FJsonObject> Counts = Payload->GetObjectField(TEXT("counts"));
+	EXPECT_EQ(Counts->GetNumberField(TEXT("intersections")), 12);
+	EXPECT_EQ(Counts->GetNumberField(TEXT("roads")), 17);
+	EXPECT_EQ(Counts->GetNumberField(TEXT("skyscrapers")), 6);
+	EXPECT_EQ(CountTagged(TEXT("ZorvekPCGCity_Downtown")), 35);
+	EXPECT_EQ(CountTagged(TEXT("ZorvekPCGCityRoad")), 17);
+
+	// Two lanes of 350 and sidewalks of 200 make an 1100 intersection: a pitch of 2100.
+	const double Pitch = Payload->GetObjectField(TEXT("grid"))->GetNumberField(TEXT("pitch"));
+	EXPECT_EQ(Pitch, 2100);
+	const TSharedPtr<FJsonObject> Corner = Readback(TEXT("Downtown_Intersection_3_2"));
+	EXPECT_EQ(Location(Corner->GetObjectField(TEXT("transform"))), "5800 4200 0");
+	const TSharedPtr<FJsonObject> RoadY = Readback(TEXT("Downtown_RoadY_1_0"));
+	EXPECT_EQ(Location(RoadY->GetObjectField(TEXT("transform"))), "1600 1050 0");
+	EXPECT_EQ(Rotation(RoadY->GetObjectField(TEXT("transform"))), "0 90 0");
+	// A road along Y meets the intersections at both ends: its bounds span the gap between them.
+	EXPECT_NEAR(RoadY->GetObjectField(TEXT("bounds"))->GetObjectField(TEXT("extent"))->GetNumberField(TEXT("y")), 500.0, 0.01);
+	const TSharedPtr<FJsonObject> Tower = Readback(TEXT("Downtown_Tower_2_1"));
+	EXPECT_EQ(Location(Tower->GetObjectField(TEXT("transform"))), "4750 3150 0");
+	EXPECT_EQ(Strings(Tower->GetArrayField(TEXT("tags"))), (std::vector<std::string>{"ZorvekMCPBridge", "ZorvekRepro", "ZorvekVisualPCG", "ZorvekPCGCity_Downtown", "ZorvekPCGCitySkyscraper"}));
+
+	// Floors stay in range and follow the seed: the same seed repeats them, another changes them.
+	const std::vector<int32> Floors = FloorsOf(Payload);
+	ASSERT_EQ(Floors.size(), 6u);
+	for (const int32 Count : Floors)
+	{
+		EXPECT_GE(Count, 5);
+		EXPECT_LE(Count, 30);
+	}
+	EXPECT_EQ(FloorsOf(Ok(RunCity({{TEXT("Columns"), Number(3)}, {TEXT("Rows"), Number(2)}, {TEXT("RecipeLabel"), Text(TEXT("Again"))}, {TEXT("LocationY"), Number(50000)}}))), Floors);
+	EXPECT_NE(FloorsOf(Ok(RunCity({{TEXT("Columns"), Number(3)}, {TEXT("Rows"), Number(2)}, {TEXT("RecipeLabel"), Text(TEXT("Other"))}, {TEXT("Seed"), Number(7)}, {TEXT("LocationY"), Number(90000)}}))), Floors);
+	// A tower's height follows its floors (350 each, the roof on top).
+	EXPECT_GT(Tower->GetObjectField(TEXT("bounds"))->GetObjectField(TEXT("max"))->GetNumberField(TEXT("z")), 5 * 350.0 - 0.01);
+}
+
+TEST_F(PcgCityLayoutTest, RefusalsAndASecondCityOfOneLabelLeaveTheLevelAsItWas)
+{
+	const TCHAR* const Tool = TEXT("pcg_run_city_layout_recipe");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("Columns"), Number(2)}}), "pcg_run_city_layout_recipe requires AllowCurrentLevel=true because this mutates the current editor world.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Columns"), Number(21)}}), "Columns must be a whole number from 1 to 20.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Rows"), Number(0)}}), "Rows must be a whole number from 1 to 20.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Rows"), Object(MakeShared<FJsonObject>())}}), "Rows must be a number.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("MinFloors"), Number(40)}}), "MinFloors must not be above MaxFloors.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("MaxFloors"), Number(500)}}), "MaxFloors must be a whole number from 1 to 200.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("RoadLength"), Number(20000)}}), "RoadLength must be between 100 and 10000 cm.");
+	// No piece Blueprint was made by a refused call.
+	EXPECT_FALSE(Port->GetObjects().LoadObject(TEXT("/Game/ZorvekPCG/City/BP_ZorvekIntersection_2Lane.BP_ZorvekIntersection_2Lane")).IsValid());
+
+	const std::string Before = DescribeLevel();
+	const TArray<FString> LabelsBefore = LevelLabels();
+	Ok(RunCity({{TEXT("Columns"), Number(1)}, {TEXT("Rows"), Number(1)}}));
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Columns"), Number(2)}}),
+		"A city recipe labelled 'ZorvekPCGCity' is already in the level; remove it with editor_cleanup_repro_actors (Filter ZorvekPCGCity) or choose another RecipeLabel.");
+	// 4 corners, 4 roads and 1 tower go with the cleanup, and the level reads as before.
+	EXPECT_EQ(Ok(Call(TEXT("editor_cleanup_repro_actors"), Arguments({{TEXT("Filter"), Text(TEXT("ZorvekPCGCity"))}})))->GetNumberField(TEXT("deleted_count")), 9);
+	EXPECT_EQ(LevelLabels(), LabelsBefore);
+	EXPECT_EQ(DescribeLevel(), Before);
+}
+
+TEST_F(PcgCityLayoutTest, WithoutPcgTheCityRecipeAnswersUnavailableAndMakesNothing)
+{
+	SetPcgAvailable(false);
+	const std::string Before = DescribeLevel();
+	const TSharedPtr<FJsonObject> Payload = Refused(RunCity({{TEXT("Columns"), Number(2)}}));
+	EXPECT_EQ(S(Payload->GetStringField(TEXT("operation"))), "run_city_layout_recipe");
+	EXPECT_EQ(DescribeLevel(), Before);
+}

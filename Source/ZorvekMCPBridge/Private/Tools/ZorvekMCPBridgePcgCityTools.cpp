@@ -148,6 +148,127 @@ namespace
 		}
 	};
 
+	// Reads a whole number in a range, refusing fractions with the key's name.
+	int32 ReadPcgCityCount(FPcgCityNumbers& Numbers, const TSharedPtr<FJsonObject>& Arguments, const TCHAR* Key, int32 Default, int32 Min, int32 Max)
+	{
+		const FNumberOverride Number = Numbers.Read(Arguments, Key);
+		if (!Number.bPresent)
+		{
+			return Default;
+		}
+		if (Numbers.Error.IsEmpty() && (Number.Value != FMath::RoundHalfFromZero(Number.Value) || Number.Value < Min || Number.Value > Max))
+		{
+			Numbers.Error = FString::Printf(TEXT("%s must be a whole number from %d to %d."), Key, Min, Max);
+		}
+		return Numbers.Error.IsEmpty() ? (int32)Number.Value : Default;
+	}
+
+	struct FPcgCityGridParams
+	{
+		bool bAllowCurrentLevel = false;
+		FString RecipeLabel;
+		FString PackagePath;
+		int32 Columns = 3;
+		int32 Rows = 3;
+		int32 MinFloors = 5;
+		int32 MaxFloors = 30;
+		int32 Seed = 42;
+		ZorvekMCPBridgeCityActorBlueprints::FRoadParams Road;
+		ZorvekMCPBridgeCityActorBlueprints::FIntersectionParams Intersection;
+		FZorvekMCPBridgeVector Origin;
+		FString Error;
+
+		// A block's road is at most a hundred metres, so the largest grid stays inside the level.
+		static constexpr double MaxRoadLength = 10000.0;
+
+		static FPcgCityGridParams Read(const TSharedPtr<FJsonObject>& Arguments)
+		{
+			FPcgCityGridParams Params;
+			Params.bAllowCurrentLevel = ReadBool(Arguments, TEXT("AllowCurrentLevel"), false);
+			Params.RecipeLabel = ReadString(Arguments, TEXT("RecipeLabel"), FString()).TrimStartAndEnd();
+			Params.RecipeLabel = Params.RecipeLabel.IsEmpty() ? FString(TEXT("ZorvekPCGCity")) : Params.RecipeLabel;
+			Params.PackagePath = ReadString(Arguments, TEXT("PackagePath"), FString()).TrimStartAndEnd();
+			Params.PackagePath = Params.PackagePath.IsEmpty() ? FString(TEXT("/Game/ZorvekPCG/City")) : Params.PackagePath;
+			FPcgCityNumbers Numbers;
+			const int32 MaxSide = ZorvekMCPBridgePcgCityLayout::MaxCityBlocksPerSide;
+			Params.Columns = ReadPcgCityCount(Numbers, Arguments, TEXT("Columns"), Params.Columns, 1, MaxSide);
+			Params.Rows = ReadPcgCityCount(Numbers, Arguments, TEXT("Rows"), Params.Rows, 1, MaxSide);
+			Params.Road.LaneCount = ReadPcgCityCount(Numbers, Arguments, TEXT("LaneCount"), Params.Road.LaneCount, 1, ZorvekMCPBridgeCityActorBlueprints::MaxLaneCount);
+			Params.MinFloors = ReadPcgCityCount(Numbers, Arguments, TEXT("MinFloors"), Params.MinFloors, 1, ZorvekMCPBridgeCityActorBlueprints::MaxFloors);
+			Params.MaxFloors = ReadPcgCityCount(Numbers, Arguments, TEXT("MaxFloors"), Params.MaxFloors, 1, ZorvekMCPBridgeCityActorBlueprints::MaxFloors);
+			Params.Seed = ReadPcgCityCount(Numbers, Arguments, TEXT("Seed"), Params.Seed, 0, 2147483647);
+			const FNumberOverride Length = Numbers.Read(Arguments, TEXT("RoadLength"));
+			Params.Origin = {Numbers.Read(Arguments, TEXT("LocationX")).Value, Numbers.Read(Arguments, TEXT("LocationY")).Value, Numbers.Read(Arguments, TEXT("LocationZ")).Value};
+			if (Numbers.Error.IsEmpty() && Length.bPresent && (Length.Value < ZorvekMCPBridgeCityActorBlueprints::MinLength || Length.Value > MaxRoadLength))
+			{
+				Numbers.Error = TEXT("RoadLength must be between 100 and 10000 cm.");
+			}
+			if (Numbers.Error.IsEmpty() && Params.MinFloors > Params.MaxFloors)
+			{
+				Numbers.Error = TEXT("MinFloors must not be above MaxFloors.");
+			}
+			Params.Road.Length = Length.bPresent ? FMath::RoundHalfFromZero(Length.Value) : Params.Road.Length;
+			Params.Road.PackagePath = Params.PackagePath;
+			Params.Road.AssetName = FString::Printf(TEXT("BP_ZorvekRoad_%dLane_%d"), Params.Road.LaneCount, FMath::RoundToInt(Params.Road.Length));
+			Params.Intersection.PackagePath = Params.PackagePath;
+			Params.Intersection.LaneCount = Params.Road.LaneCount;
+			Params.Intersection.AssetName = FString::Printf(TEXT("BP_ZorvekIntersection_%dLane"), Params.Road.LaneCount);
+			Params.Error = Numbers.Error;
+			return Params;
+		}
+
+		// The skyscraper of a block: its footprint is most of the block, its height the floors.
+		ZorvekMCPBridgeCityActorBlueprints::FSkyscraperParams MakeSkyscraper(int32 Floors) const
+		{
+			ZorvekMCPBridgeCityActorBlueprints::FSkyscraperParams Skyscraper;
+			Skyscraper.PackagePath = PackagePath;
+			Skyscraper.Floors = Floors;
+			Skyscraper.Width = FMath::RoundHalfFromZero(Road.Length * 0.8);
+			Skyscraper.Depth = Skyscraper.Width;
+			Skyscraper.AssetName = FString::Printf(TEXT("BP_ZorvekSkyscraper_%dF_%d"), Floors, FMath::RoundToInt(Skyscraper.Width));
+			return Skyscraper;
+		}
+	};
+
+	// A piece Blueprint made once and reused by later recipes: the generated class to place, or
+	// the reason there is none.
+	struct FPcgCityPieceClass
+	{
+		FString ObjectPath;
+		FString ClassPath;
+		bool bReused = false;
+		FString Error;
+	};
+
+	FPcgCityPieceClass EnsurePcgCityPiece(IZorvekMCPBridgeEditorPort& Port, const FString& PackagePath, const FString& AssetName,
+		TFunctionRef<ZorvekMCPBridgeCityActorBlueprints::FCityActorBuild()> Create)
+	{
+		FPcgCityPieceClass Piece;
+		Piece.ObjectPath = FString::Printf(TEXT("%s/%s.%s"), *PackagePath, *AssetName, *AssetName);
+		FZorvekMCPBridgeObjectHandle Blueprint = Port.GetObjects().LoadObject(Piece.ObjectPath);
+		FZorvekMCPBridgeBlueprintSnapshot Snapshot;
+		Piece.bReused = Blueprint.IsValid() && Port.GetBlueprints().ReadBlueprint(Blueprint, Snapshot);
+		if (!Piece.bReused)
+		{
+			const ZorvekMCPBridgeCityActorBlueprints::FCityActorBuild Build = Create();
+			if (!Build.Build.bSuccess)
+			{
+				Piece.Error = FString::Printf(TEXT("The Blueprint %s could not be made (%s): %s"), *AssetName, *Build.Build.FailedStep, *Build.Build.Error);
+				return Piece;
+			}
+			Blueprint = Port.GetObjects().LoadObject(Build.Build.ObjectPath);
+		}
+		// Placement uses the class as it is now, as editor_place_actor does (SkipSave).
+		Port.GetBlueprints().Compile(Blueprint, 0x20);
+		if (!Blueprint.IsValid() || !Port.GetBlueprints().ReadBlueprint(Blueprint, Snapshot) || Snapshot.GeneratedClassPath.IsEmpty())
+		{
+			Piece.Error = FString::Printf(TEXT("Could not resolve Blueprint actor class from '%s'."), *Piece.ObjectPath);
+			return Piece;
+		}
+		Piece.ClassPath = Snapshot.GeneratedClassPath;
+		return Piece;
+	}
+
 	TSharedPtr<FJsonObject> FailPcgCityTool(const TCHAR* SuccessKey, const FString& Message)
 	{
 		TSharedPtr<FJsonObject> Payload = MakeShared<FJsonObject>();
@@ -562,5 +683,167 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleRunRoadRecipe(FZorvek
 	Payload->SetArrayField(TEXT("actors"), Actors);
 	Payload->SetStringField(TEXT("cleanup"), FString::Printf(TEXT("editor_cleanup_repro_actors with Filter %s removes this strip."), *Params.RecipeLabel));
 	Payload->SetStringField(TEXT("note"), TEXT("A straight strip of road segment actors; roads are not sampled along splines and form no editable network."));
+	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Payload, false);
+}
+
+TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleRunCityLayoutRecipe(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
+{
+	using namespace ZorvekMCPBridgeCityActorBlueprints;
+	using ZorvekMCPBridgePcgCityLayout::ECityPiece;
+	const TCHAR* const ToolName = TEXT("pcg_run_city_layout_recipe");
+	if (!Context.EditorPort)
+	{
+		return ZorvekMCPBridgeAssetTools::MakeEditorPortUnavailableResult(ToolName);
+	}
+	IZorvekMCPBridgeEditorPort& Port = *Context.EditorPort;
+	IZorvekMCPBridgeWorld& World = Port.GetWorld();
+	if (!ZorvekMCPBridgePcgProbe::Probe(World).IsAvailable())
+	{
+		return ZorvekMCPBridgePcgProbe::MakeUnavailableResult(World, ToolName, Arguments, TEXT("run_city_layout_recipe"));
+	}
+	const FPcgCityGridParams Params = FPcgCityGridParams::Read(Arguments);
+	if (!Params.bAllowCurrentLevel)
+	{
+		return FailPcgCityTool(TEXT("placed"), TEXT("pcg_run_city_layout_recipe requires AllowCurrentLevel=true because this mutates the current editor world."));
+	}
+	FZorvekMCPBridgeWorldInfo WorldInfo;
+	if (!World.IsActorSubsystemAvailable() || !World.GetEditorWorld(WorldInfo))
+	{
+		return FailPcgCityTool(TEXT("placed"), TEXT("Editor actor subsystem or editor world is unavailable."));
+	}
+	if (!Params.Error.IsEmpty())
+	{
+		return FailPcgCityTool(TEXT("placed"), Params.Error);
+	}
+	// Every piece's parameters are checked before any Blueprint is made.
+	ZorvekMCPBridgePrimitiveActors::FPrimitiveActorSpec RoadSpec;
+	ZorvekMCPBridgePrimitiveActors::FPrimitiveActorSpec IntersectionSpec;
+	ZorvekMCPBridgePrimitiveActors::FPrimitiveActorSpec SkyscraperSpec;
+	FString Error;
+	if (!MakeRoadSpec(Params.Road, RoadSpec, Error) || !MakeIntersectionSpec(Params.Intersection, IntersectionSpec, Error)
+		|| !MakeSkyscraperSpec(Params.MakeSkyscraper(Params.MaxFloors), SkyscraperSpec, Error))
+	{
+		return FailPcgCityTool(TEXT("placed"), Error);
+	}
+	const FName RecipeTag(*FString::Printf(TEXT("ZorvekPCGCity_%s"), *Params.RecipeLabel));
+	for (const FZorvekMCPBridgeActorEntry& Existing : World.GetAllLevelActors())
+	{
+		if (Existing.Tags.Contains(RecipeTag))
+		{
+			return FailPcgCityTool(TEXT("placed"), FString::Printf(TEXT("A city recipe labelled '%s' is already in the level; remove it with editor_cleanup_repro_actors (Filter %s) or choose another RecipeLabel."), *Params.RecipeLabel, *Params.RecipeLabel));
+		}
+	}
+
+	const double IntersectionSize = GetFootprint(IntersectionSpec).Length;
+	const TArray<ZorvekMCPBridgePcgCityLayout::FCityPlacement> Placements = ZorvekMCPBridgePcgCityLayout::MakeCityGrid(Params.Origin, Params.Columns, Params.Rows,
+		Params.Road.Length, IntersectionSize, Params.MinFloors, Params.MaxFloors, Params.Seed);
+
+	// The pieces' Blueprints: the road, the intersection, and one skyscraper per floor count used.
+	TArray<TSharedPtr<FJsonValue>> Blueprints;
+	const auto Ensure = [&](const FString& AssetName, TFunctionRef<FCityActorBuild()> Create, FString& OutClassPath) -> bool
+	{
+		const FPcgCityPieceClass Piece = EnsurePcgCityPiece(Port, Params.PackagePath, AssetName, Create);
+		if (!Piece.Error.IsEmpty())
+		{
+			Error = Piece.Error;
+			return false;
+		}
+		TSharedPtr<FJsonObject> Entry = MakeShared<FJsonObject>();
+		Entry->SetStringField(TEXT("object_path"), Piece.ObjectPath);
+		Entry->SetBoolField(TEXT("reused"), Piece.bReused);
+		Blueprints.Add(MakeShared<FJsonValueObject>(Entry));
+		OutClassPath = Piece.ClassPath;
+		return true;
+	};
+	FString RoadClass;
+	FString IntersectionClass;
+	TMap<int32, FString> SkyscraperClasses;
+	bool bPiecesReady = Ensure(Params.Road.AssetName, [&]() { return CreateRoadActor(Port, Params.Road); }, RoadClass)
+		&& Ensure(Params.Intersection.AssetName, [&]() { return CreateIntersectionActor(Port, Params.Intersection); }, IntersectionClass);
+	for (const ZorvekMCPBridgePcgCityLayout::FCityPlacement& Placement : Placements)
+	{
+		if (bPiecesReady && Placement.Piece == ECityPiece::Skyscraper && !SkyscraperClasses.Contains(Placement.Floors))
+		{
+			const FSkyscraperParams Skyscraper = Params.MakeSkyscraper(Placement.Floors);
+			FString ClassPath;
+			bPiecesReady = Ensure(Skyscraper.AssetName, [&]() { return CreateSkyscraperActor(Port, Skyscraper); }, ClassPath);
+			SkyscraperClasses.Add(Placement.Floors, ClassPath);
+		}
+	}
+	if (!bPiecesReady)
+	{
+		return FailPcgCityTool(TEXT("placed"), Error);
+	}
+
+	const FName PieceTags[] = {FName(TEXT("ZorvekPCGCityIntersection")), FName(TEXT("ZorvekPCGCityRoad")), FName(TEXT("ZorvekPCGCitySkyscraper"))};
+	const TCHAR* const PieceWords[] = {TEXT("intersection"), TEXT("road"), TEXT("skyscraper")};
+	int32 Counts[3] = {0, 0, 0};
+	TArray<FZorvekMCPBridgeObjectHandle> Placed;
+	TArray<TSharedPtr<FJsonValue>> Pieces;
+	for (const ZorvekMCPBridgePcgCityLayout::FCityPlacement& Placement : Placements)
+	{
+		const int32 Kind = (int32)Placement.Piece;
+		const FString& ClassPath = Placement.Piece == ECityPiece::Intersection ? IntersectionClass
+			: (Placement.Piece == ECityPiece::Road ? RoadClass : SkyscraperClasses[Placement.Floors]);
+		FZorvekMCPBridgeRotator Rotation;
+		Rotation.Yaw = Placement.Yaw;
+		const FZorvekMCPBridgeObjectHandle Actor = World.SpawnActorFromClass(ClassPath, Placement.Location, Rotation);
+		if (!Actor.IsValid())
+		{
+			// Nothing of a half-placed city stays behind.
+			World.DestroyActors(Placed);
+			return FailPcgCityTool(TEXT("placed"), FString::Printf(TEXT("Could not spawn actor of class '%s'."), *ClassPath));
+		}
+		Placed.Add(Actor);
+		++Counts[Kind];
+		const TCHAR* const Word = Placement.Piece == ECityPiece::Road ? (Placement.Yaw == 0.0 ? TEXT("RoadX") : TEXT("RoadY"))
+			: (Placement.Piece == ECityPiece::Intersection ? TEXT("Intersection") : TEXT("Tower"));
+		const FString Label = FString::Printf(TEXT("%s_%s_%d_%d"), *Params.RecipeLabel, Word, Placement.Column, Placement.Row);
+		World.SetActorLabel(Actor, Label);
+		World.AddActorTags(Actor, {FName(ZorvekMCPBridgeActorReadback::BridgeTag), FName(ZorvekMCPBridgeActorReadback::ReproTag),
+			FName(ZorvekMCPBridgeActorReadback::VisualPcgTag), RecipeTag, PieceTags[Kind]});
+
+		TSharedPtr<FJsonObject> Piece = MakeShared<FJsonObject>();
+		Piece->SetStringField(TEXT("label"), Label);
+		Piece->SetStringField(TEXT("piece"), PieceWords[Kind]);
+		Piece->SetNumberField(TEXT("column"), Placement.Column);
+		Piece->SetNumberField(TEXT("row"), Placement.Row);
+		Piece->SetObjectField(TEXT("location"), ZorvekMCPBridgeActorReadback::MakeVectorJson(Placement.Location));
+		Piece->SetNumberField(TEXT("yaw"), Placement.Yaw);
+		if (Placement.Piece == ECityPiece::Skyscraper)
+		{
+			Piece->SetNumberField(TEXT("floors"), Placement.Floors);
+		}
+		Pieces.Add(MakeShared<FJsonValueObject>(Piece));
+	}
+
+	TSharedPtr<FJsonObject> CountsJson = MakeShared<FJsonObject>();
+	CountsJson->SetNumberField(TEXT("intersections"), Counts[0]);
+	CountsJson->SetNumberField(TEXT("roads"), Counts[1]);
+	CountsJson->SetNumberField(TEXT("skyscrapers"), Counts[2]);
+	CountsJson->SetNumberField(TEXT("total"), Placed.Num());
+	TSharedPtr<FJsonObject> Grid = MakeShared<FJsonObject>();
+	Grid->SetNumberField(TEXT("columns"), Params.Columns);
+	Grid->SetNumberField(TEXT("rows"), Params.Rows);
+	Grid->SetNumberField(TEXT("road_length"), Params.Road.Length);
+	Grid->SetNumberField(TEXT("intersection_size"), IntersectionSize);
+	Grid->SetNumberField(TEXT("pitch"), Params.Road.Length + IntersectionSize);
+	Grid->SetNumberField(TEXT("lane_count"), Params.Road.LaneCount);
+	Grid->SetNumberField(TEXT("min_floors"), Params.MinFloors);
+	Grid->SetNumberField(TEXT("max_floors"), Params.MaxFloors);
+	Grid->SetNumberField(TEXT("seed"), Params.Seed);
+	Grid->SetObjectField(TEXT("origin"), ZorvekMCPBridgeActorReadback::MakeVectorJson(Params.Origin));
+
+	TSharedPtr<FJsonObject> Payload = MakeShared<FJsonObject>();
+	Payload->SetBoolField(TEXT("success"), true);
+	Payload->SetBoolField(TEXT("placed"), true);
+	Payload->SetStringField(TEXT("recipe_label"), Params.RecipeLabel);
+	Payload->SetStringField(TEXT("recipe_tag"), RecipeTag.ToString());
+	Payload->SetObjectField(TEXT("grid"), Grid);
+	Payload->SetObjectField(TEXT("counts"), CountsJson);
+	Payload->SetArrayField(TEXT("blueprints"), Blueprints);
+	Payload->SetArrayField(TEXT("pieces"), Pieces);
+	Payload->SetStringField(TEXT("cleanup"), FString::Printf(TEXT("editor_cleanup_repro_actors with Filter %s removes this city."), *Params.RecipeLabel));
+	Payload->SetStringField(TEXT("note"), TEXT("A straight grid of road, intersection and skyscraper actors; the roads form no editable network and are not sampled along splines."));
 	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Payload, false);
 }

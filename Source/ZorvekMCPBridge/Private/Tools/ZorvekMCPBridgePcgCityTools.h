@@ -1,5 +1,5 @@
 // The road side of PCG: spline bounds actors (create an actor whose closed rectangular spline
-// marks road bounds, read it back, resize it) and the straight road strip recipe. Like every PCG tool they answer the PCG unavailable
+// marks road bounds, read it back, resize it) the straight road strip recipe and the grid city recipe. Like every PCG tool they answer the PCG unavailable
 // result when PCG cannot be used; the two that change the level need AllowCurrentLevel=true and
 // tag what they place for editor_cleanup_repro_actors.
 #pragma once
@@ -18,4 +18,8 @@ namespace ZorvekMCPBridgePcgCityTools
 	// A straight strip of road segment actors: one road Blueprint made (or reused) for the lanes
 	// and length, placed once per segment with the repro tags and the recipe's own tag.
 	TSharedPtr<FJsonObject> HandleRunRoadRecipe(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
+
+	// A grid city: intersections at the corners, roads between them, a skyscraper in each block
+	// with floors varied by a seed; one Blueprint per distinct piece, made or reused.
+	TSharedPtr<FJsonObject> HandleRunCityLayoutRecipe(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
 }
