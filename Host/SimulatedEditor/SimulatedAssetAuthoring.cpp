@@ -159,6 +159,15 @@ void FSimulatedAssetAuthoring::MarkPackageDirty(FZorvekMCPBridgeObjectHandle Obj
 	}
 }
 
+void FSimulatedAssetAuthoring::PostEditChange(FZorvekMCPBridgeObjectHandle Object)
+{
+	// Nothing the simulation caches depends on settings text; the call is counted for tests.
+	if (Object.IsValid())
+	{
+		++PostEditChanges.FindOrAdd(Object);
+	}
+}
+
 bool FSimulatedAssetAuthoring::SavePackage(FZorvekMCPBridgeObjectHandle Asset, FString& OutFileName)
 {
 	const FSimulatedObject* Object = FSimulatedEditorPort::ToObject(Asset);

@@ -21,6 +21,9 @@ public:
 	FZorvekMCPBridgeObjectHandle CreateSubobject(FZorvekMCPBridgeObjectHandle Outer, const FString& ClassPath, const FString& Name) override;
 	void NotifyAssetCreated(FZorvekMCPBridgeObjectHandle Asset) override;
 	void MarkPackageDirty(FZorvekMCPBridgeObjectHandle Object) override;
+	void PostEditChange(FZorvekMCPBridgeObjectHandle Object) override;
+	// How often PostEditChange reached the object.
+	int32 GetPostEditChangeCount(FZorvekMCPBridgeObjectHandle Object) const { return PostEditChanges.FindRef(Object); }
 	bool SavePackage(FZorvekMCPBridgeObjectHandle Asset, FString& OutFileName) override;
 
 	// Whether the package of that name has unsaved changes.
@@ -34,4 +37,5 @@ private:
 	FSimulatedEditor& Editor;
 	const IZorvekMCPBridgeObjects& Objects;
 	TSet<FString> DirtyPackages;
+	TMap<FZorvekMCPBridgeObjectHandle, int32> PostEditChanges;
 };

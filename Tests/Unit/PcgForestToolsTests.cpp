@@ -3,6 +3,8 @@
 // regenerate in place, stand-in trees that replace each other, caps on absurd requests, and
 // cleanup that leaves the level as it was.
 #include "EditorWorldTestSupport.h"
+#include "Pcg/ZorvekMCPBridgePcgForest.h"
+#include "SimulatedAssetAuthoring.h"
 #include "SimulatedPcg.h"
 #include "SimulatedWorld.h"
 
@@ -132,6 +134,10 @@ TEST_F(PcgForestToolsTest, TheRecipeBuildsTheGraphPlacesTheVolumeAndGeneratesThe
 	EXPECT_TRUE(Graph->GetBoolField(TEXT("is_forest_graph")));
 	EXPECT_EQ(Graph->GetObjectField(TEXT("graph"))->GetNumberField(TEXT("edge_count")), 4.0);
 	EXPECT_EQ(Graph->GetObjectField(TEXT("forest_settings"))->GetNumberField(TEXT("density")), 0.05);
+	// Settings set by text get PostEditChange, as graph edits by reflection need (unreal-behaviour-world-assets.md §4.4).
+	const ZorvekMCPBridgePcgForest::FForestGraphNodes Nodes = ZorvekMCPBridgePcgForest::FindForestNodes(*Port, ZorvekMCPBridgePcgForest::LoadGraph(*Port, ZorvekMCPBridgePcgForest::DefaultGraphPath));
+	EXPECT_EQ(Port->GetSimulatedAssetAuthoring().GetPostEditChangeCount(Nodes.Sampler), 1);
+	EXPECT_EQ(Port->GetSimulatedAssetAuthoring().GetPostEditChangeCount(Nodes.Spawner), 1);
 
 	// A second recipe with the same label is refused rather than doubling the forest.
 	const std::string Before = DescribeLevel();

@@ -44,6 +44,10 @@ public:
 	// MarkPackageDirty on the object's package.
 	virtual void MarkPackageDirty(FZorvekMCPBridgeObjectHandle Object) = 0;
 
+	// UObject::PostEditChange: the object rebuilds what it derives from its properties after they
+	// were set by text (PCG node settings refresh their cached state, unreal-behaviour-world-assets.md §4.4).
+	virtual void PostEditChange(FZorvekMCPBridgeObjectHandle Object) = 0;
+
 	// UPackage::SavePackage of the asset's package to its file, with RF_Public | RF_Standalone
 	// as top-level flags and errors logged rather than shown. False when the engine returns
 	// false; OutFileName names the file it wrote or tried to write.

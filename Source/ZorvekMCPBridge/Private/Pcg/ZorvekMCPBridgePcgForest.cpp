@@ -229,7 +229,13 @@ bool ZorvekMCPBridgePcgForest::ApplyForestSettings(IZorvekMCPBridgeEditorPort& P
 	{
 		return false;
 	}
-	// Edits by reflection send no notifications of their own.
+	// Edits by reflection send no notifications of their own: the settings refresh what they cache
+	// from their properties, then the graph tells the editor.
+	Port.GetAssetAuthoring().PostEditChange(Nodes.Sampler);
+	if (bSetMeshes)
+	{
+		Port.GetAssetAuthoring().PostEditChange(Nodes.Spawner);
+	}
 	return PcgForestAuthoring::NotifyEditor(Port, Graph, OutError);
 }
 

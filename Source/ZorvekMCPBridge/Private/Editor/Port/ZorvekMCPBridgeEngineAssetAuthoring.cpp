@@ -107,6 +107,14 @@ void FZorvekMCPBridgeEngineAssetAuthoring::MarkPackageDirty(FZorvekMCPBridgeObje
 	}
 }
 
+void FZorvekMCPBridgeEngineAssetAuthoring::PostEditChange(FZorvekMCPBridgeObjectHandle Object)
+{
+	if (UObject* Found = FZorvekMCPBridgeEngineEditorPort::ToObject(Object))
+	{
+		Found->PostEditChange();
+	}
+}
+
 bool FZorvekMCPBridgeEngineAssetAuthoring::SavePackage(FZorvekMCPBridgeObjectHandle Asset, FString& OutFileName)
 {
 	UObject* Object = FZorvekMCPBridgeEngineEditorPort::ToObject(Asset);

@@ -84,6 +84,7 @@ public:
 	FZorvekMCPBridgeObjectHandle CreateSubobject(FZorvekMCPBridgeObjectHandle Outer, const FString& ClassPath, const FString& Name) override;
 	void NotifyAssetCreated(FZorvekMCPBridgeObjectHandle Asset) override;
 	void MarkPackageDirty(FZorvekMCPBridgeObjectHandle Object) override;
+	void PostEditChange(FZorvekMCPBridgeObjectHandle Object) override;
 	bool SavePackage(FZorvekMCPBridgeObjectHandle Asset, FString& OutFileName) override;
 };
 
