@@ -4,7 +4,9 @@
 #include "Server/ZorvekMCPBridgeToolCatalogue.h"
 
 #include "Tools/ZorvekMCPBridgeAssetTools.h"
+#include "Tools/ZorvekMCPBridgeBlueprintCompositeTools.h"
 #include "Tools/ZorvekMCPBridgeBlueprintReadTools.h"
+#include "Tools/ZorvekMCPBridgeBlueprintSearchTool.h"
 #include "Tools/ZorvekMCPBridgeBlueprintMemberTools.h"
 #include "Tools/ZorvekMCPBridgeBlueprintNodeTools.h"
 #include "Tools/ZorvekMCPBridgeDataAssetTools.h"
@@ -15,7 +17,9 @@
 #include "Tools/ZorvekMCPBridgePcgStatusTools.h"
 #include "Tools/ZorvekMCPBridgePcgForestTools.h"
 #include "Tools/ZorvekMCPBridgePcgTools.h"
+#include "Tools/ZorvekMCPBridgePrimitiveActorTools.h"
 #include "Tools/ZorvekMCPBridgeNodeSpawnerTools.h"
+#include "Tools/ZorvekMCPBridgeRecipeTool.h"
 #include "Tools/ZorvekMCPBridgeReproAssetTools.h"
 #include "Tools/ZorvekMCPBridgeVessaTools.h"
 #include "Tools/ZorvekMCPBridgeViewportCaptureTool.h"
@@ -235,9 +239,44 @@ namespace
 			}, &ZorvekMCPBridgeViewportCaptureTool::HandleCaptureViewport),
 
 			// Road, intersection and skyscraper generators.
-			ToolRow(TEXT("blueprint_create_road_actor"), TEXT("Create a road segment actor Blueprint from engine primitive meshes."), {}),
-			ToolRow(TEXT("blueprint_create_intersection_actor"), TEXT("Create a road intersection actor Blueprint from engine primitive meshes."), {}),
-			ToolRow(TEXT("blueprint_create_skyscraper_actor"), TEXT("Create a skyscraper actor Blueprint from engine primitive meshes."), {}),
+			ToolRow(TEXT("blueprint_create_road_actor"), TEXT("Create a road segment actor Blueprint from engine primitive meshes. The road runs along X with its origin at its centre on the ground: a surface slab, lane markings between lanes and raised sidewalks; the answer gives the footprint (length, width, height in cm) for tiling roads and intersections."), {
+				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
+				RequiredText(TEXT("AssetName"), TEXT("New road Blueprint asset name.")),
+				OptionalText(TEXT("Length"), TEXT("Road length along X in cm, 100 to 1000000. Defaults to 2000.")),
+				OptionalText(TEXT("LaneCount"), TEXT("Number of lanes, 1 to 8. Defaults to 2.")),
+				OptionalText(TEXT("LaneWidth"), TEXT("Lane width in cm, 100 to 1000. Defaults to 350.")),
+				OptionalText(TEXT("SidewalkWidth"), TEXT("Sidewalk width on each side in cm, 0 (none) to 1000. Defaults to 200.")),
+				OptionalText(TEXT("SurfaceMaterialPath"), TEXT("Optional Material or MaterialInstance for the road surface. Defaults to the basic shape material.")),
+				OptionalText(TEXT("MarkingMaterialPath"), TEXT("Optional Material or MaterialInstance for the lane markings. Defaults to the basic shape material.")),
+				OptionalText(TEXT("SidewalkMaterialPath"), TEXT("Optional Material or MaterialInstance for the sidewalks. Defaults to the basic shape material.")),
+				OptionalText(TEXT("Compile"), TEXT("Optional bool. Defaults to true.")),
+			}, &ZorvekMCPBridgePrimitiveActorTools::HandleCreateRoadActor),
+			ToolRow(TEXT("blueprint_create_intersection_actor"), TEXT("Create a road intersection actor Blueprint from engine primitive meshes. The square piece matches a road of the same LaneCount, LaneWidth and SidewalkWidth: a surface slab, sidewalk corners and optional zebra crossings; the answer gives its footprint in cm."), {
+				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
+				RequiredText(TEXT("AssetName"), TEXT("New intersection Blueprint asset name.")),
+				OptionalText(TEXT("LaneCount"), TEXT("Number of lanes of the roads it joins, 1 to 8. Defaults to 2.")),
+				OptionalText(TEXT("LaneWidth"), TEXT("Lane width in cm, 100 to 1000. Defaults to 350.")),
+				OptionalText(TEXT("SidewalkWidth"), TEXT("Sidewalk width in cm, 0 (none) to 1000; the corners are this square. Defaults to 200.")),
+				OptionalText(TEXT("Crossings"), TEXT("Optional bool: zebra crossings on the four arms (only with sidewalks). Defaults to true.")),
+				OptionalText(TEXT("SurfaceMaterialPath"), TEXT("Optional Material or MaterialInstance for the road surface. Defaults to the basic shape material.")),
+				OptionalText(TEXT("MarkingMaterialPath"), TEXT("Optional Material or MaterialInstance for the crossing stripes. Defaults to the basic shape material.")),
+				OptionalText(TEXT("SidewalkMaterialPath"), TEXT("Optional Material or MaterialInstance for the sidewalk corners. Defaults to the basic shape material.")),
+				OptionalText(TEXT("Compile"), TEXT("Optional bool. Defaults to true.")),
+			}, &ZorvekMCPBridgePrimitiveActorTools::HandleCreateIntersectionActor),
+			ToolRow(TEXT("blueprint_create_skyscraper_actor"), TEXT("Create a skyscraper actor Blueprint from engine primitive meshes. A tower standing on its origin with window bands and a roof block; the answer gives its footprint in cm."), {
+				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
+				RequiredText(TEXT("AssetName"), TEXT("New skyscraper Blueprint asset name.")),
+				OptionalText(TEXT("Floors"), TEXT("Number of floors, 1 to 200. Defaults to 10.")),
+				OptionalText(TEXT("FloorHeight"), TEXT("Floor height in cm, 200 to 1000. Defaults to 350.")),
+				OptionalText(TEXT("Width"), TEXT("Tower width along X in cm, 100 to 100000. Defaults to 2000.")),
+				OptionalText(TEXT("Depth"), TEXT("Tower depth along Y in cm, 100 to 100000. Defaults to 2000.")),
+				OptionalText(TEXT("WindowBands"), TEXT("Optional bool: a window band per floor (one per few floors above 126 floors), 10 cm proud of the facade. Defaults to true.")),
+				OptionalText(TEXT("Roof"), TEXT("Optional bool: a roof block on top. Defaults to true.")),
+				OptionalText(TEXT("FacadeMaterialPath"), TEXT("Optional Material or MaterialInstance for the tower. Defaults to the basic shape material.")),
+				OptionalText(TEXT("WindowMaterialPath"), TEXT("Optional Material or MaterialInstance for the window bands. Defaults to the basic shape material.")),
+				OptionalText(TEXT("RoofMaterialPath"), TEXT("Optional Material or MaterialInstance for the roof block. Defaults to the basic shape material.")),
+				OptionalText(TEXT("Compile"), TEXT("Optional bool. Defaults to true.")),
+			}, &ZorvekMCPBridgePrimitiveActorTools::HandleCreateSkyscraperActor),
 
 			// PCG.
 			ToolRow(TEXT("pcg_get_status"), TEXT("Return PCG plugin availability and the bridge's PCG capability summary."), {}, &ZorvekMCPBridgePcgStatusTools::HandleGetStatus),
@@ -427,7 +466,14 @@ namespace
 				RequiredText(TEXT("AssetName"), TEXT("New Blueprint asset name.")),
 				OptionalText(TEXT("ParentClassPath"), TEXT("Parent class path, for example /Script/Engine.Actor or /Script/Engine.Character.")),
 			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleCreate),
-			ToolRow(TEXT("blueprint_create_primitive_actor"), TEXT("Create an actor Blueprint built from engine primitive meshes, for example a dummy tree from a cylinder and a sphere."), {}),
+			ToolRow(TEXT("blueprint_create_primitive_actor"), TEXT("Create an actor Blueprint built from engine primitive meshes, for example a dummy tree from a cylinder and a sphere. Every part is checked before the Blueprint is created; each becomes a StaticMeshComponent under a scene root named Root, and the Blueprint is compiled."), {
+				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
+				RequiredText(TEXT("AssetName"), TEXT("New Blueprint asset name.")),
+				OptionalText(TEXT("ParentClassPath"), TEXT("Optional Actor class path. Defaults to /Script/Engine.Actor.")),
+				OptionalObject(TEXT("Parts"), TEXT("Array of up to 128 parts: {Name, Shape (Cube, Sphere, Cylinder, Cone, or Plane; each 100 cm, centred on its pivot), Location {X,Y,Z}, Rotation {Pitch,Yaw,Roll}, Scale {X,Y,Z} (objects, arrays of three numbers, or flat LocationX..ScaleZ keys; relative to the parent; scale not 0), MaterialPath (optional; defaults to the basic shape material), ParentName (optional; another part, defaults to Root)}.")),
+				OptionalText(TEXT("Preset"), TEXT("Optional preset: DummyTree (cylinder Trunk and sphere Crown, with the project's bark/wood and leaf/foliage materials when it has them) or VisualActor (one Body cube). Its parts come first; Parts adds to them.")),
+				OptionalText(TEXT("Compile"), TEXT("Optional bool. Defaults to true.")),
+			}, &ZorvekMCPBridgePrimitiveActorTools::HandleCreatePrimitiveActor),
 			ToolRow(TEXT("blueprint_create_interface"), TEXT("Create a Blueprint Interface asset for interface implementation tests and workflows."), {
 				RequiredText(TEXT("PackagePath"), ContentFolderPathDescription),
 				RequiredText(TEXT("AssetName"), TEXT("New Blueprint Interface asset name.")),
@@ -450,8 +496,33 @@ namespace
 				OptionalText(TEXT("StaticMeshPath"), TEXT("Optional StaticMesh asset package/object path to assign to StaticMeshComponent.")),
 				OptionalText(TEXT("MaterialPath"), TEXT("Optional Material or MaterialInstance asset package/object path to assign to mesh slot 0.")),
 			}, &ZorvekMCPBridgeBlueprintMemberTools::HandleAddComponent),
-			ToolRow(TEXT("blueprint_add_component_motion"), TEXT("Add simple motion, such as rotation or bobbing, to a component of a Blueprint."), {}),
-			ToolRow(TEXT("blueprint_add_dynamic_material_parameter_update"), TEXT("Add Blueprint nodes that create a dynamic material instance and update one of its parameters."), {}),
+			ToolRow(TEXT("blueprint_add_component_motion"), TEXT("Add simple motion, such as rotation or bobbing, to a component of a Blueprint. Builds the nodes from Event Tick without a timeline, with editable float variables named after the component, and compiles; reports each step, and a refused step removes what the call added."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				RequiredText(TEXT("ComponentName"), TEXT("Scene component of the Actor Blueprint to move: one of its components or an inherited one.")),
+				OptionalText(TEXT("MotionType"), TEXT("Rotate (spin about the axis), Bob (up and down along the axis) or Orbit (circle around its base location in the plane normal to the axis). Defaults to Rotate.")),
+				OptionalText(TEXT("Axis"), TEXT("X, Y or Z. Defaults to Z.")),
+				OptionalText(TEXT("Speed"), TEXT("Degrees per second for Rotate and Orbit, cycles per second for Bob; negative turns the other way. Defaults to 90 (Rotate), 0.5 (Bob), 45 (Orbit).")),
+				OptionalText(TEXT("Amplitude"), TEXT("Bob distance from the base location in centimetres. Defaults to 20.")),
+				OptionalText(TEXT("Radius"), TEXT("Orbit radius in centimetres. Defaults to 100.")),
+				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
+				OptionalText(TEXT("Compile"), TEXT("Compile the Blueprint afterwards (true/false). Defaults to true.")),
+			}, &ZorvekMCPBridgeBlueprintCompositeTools::HandleAddComponentMotion),
+			ToolRow(TEXT("blueprint_add_dynamic_material_parameter_update"), TEXT("Add Blueprint nodes that create a dynamic material instance and update one of its parameters. At BeginPlay a material slot of a primitive component gets a dynamic instance kept in a variable, and a scalar or vector parameter is set from a variable, or pulsed on Tick over time; compiles and reports each step."), {
+				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
+				RequiredText(TEXT("ComponentName"), TEXT("Primitive (mesh) component of the Actor Blueprint whose material slot gets the dynamic instance.")),
+				OptionalText(TEXT("ElementIndex"), TEXT("Material slot index, 0 or more. Defaults to 0.")),
+				OptionalText(TEXT("SourceMaterialPath"), TEXT("Optional material or material instance to make the instance from. Defaults to the slot's current material.")),
+				RequiredText(TEXT("ParameterName"), TEXT("Material parameter to set, for example EmissiveStrength.")),
+				OptionalText(TEXT("ParameterType"), TEXT("Scalar or Vector. Defaults to Scalar.")),
+				OptionalText(TEXT("ValueSource"), TEXT("Variable (set once at BeginPlay from a variable) or Time (a scalar pulsing between Min and Max on Tick). Defaults to Variable.")),
+				OptionalText(TEXT("VariableName"), TEXT("Variable mode: float (Scalar) or Linear Color (Vector) variable feeding the value, created when missing. Defaults to <ComponentName><ParameterName>.")),
+				OptionalText(TEXT("DefaultValue"), TEXT("Variable mode: default of a variable the call creates, a number or a colour like (R=1,G=0.5,B=0,A=1). Defaults to 0 or white.")),
+				OptionalText(TEXT("Speed"), TEXT("Time mode: pulses per second. Defaults to 0.5.")),
+				OptionalText(TEXT("Min"), TEXT("Time mode: lowest value. Defaults to 0.")),
+				OptionalText(TEXT("Max"), TEXT("Time mode: highest value. Defaults to 1.")),
+				OptionalText(TEXT("GraphName"), GraphNameToEditDescription),
+				OptionalText(TEXT("Compile"), TEXT("Compile the Blueprint afterwards (true/false). Defaults to true.")),
+			}, &ZorvekMCPBridgeBlueprintCompositeTools::HandleAddDynamicMaterialParameterUpdate),
 			ToolRow(TEXT("blueprint_create_function"), TEXT("Create a Blueprint function graph with optional typed inputs and outputs."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 				RequiredText(TEXT("FunctionName"), TEXT("Function name to create.")),
@@ -495,7 +566,13 @@ namespace
 				OptionalText(TEXT("GraphName"), TEXT("Graph name to read, for example EventGraph.")),
 				OptionalText(TEXT("Limit"), TEXT("Maximum lines to return. Defaults to 1000.")),
 			}, &ZorvekMCPBridgeBlueprintReadTools::HandleReadGraph),
-			ToolRow(TEXT("blueprint_search_project"), TEXT("Search the project's Blueprints for names, nodes, comments, and examples before reading graphs."), {}),
+			ToolRow(TEXT("blueprint_search_project"), TEXT("Search the project's Blueprints for names, nodes, comments, and examples before reading graphs. Each result names its asset_path, graph_name and node_guid with ready blueprint_read_graph or unreal_inspect_asset arguments; Blueprints that fail to load are listed under partial_failures."), {
+				RequiredText(TEXT("Query"), TEXT("Words to find in Blueprint names, folders and parent classes, and in graph names, node titles, spawner ids, called functions, variable references, variables, components, comments, custom events, interfaces and functions, for example print string, Health or BP_Hero. Every word must be in one text; case, blanks, underscores and K2_ prefixes do not matter.")),
+				OptionalObject(TEXT("PackagePaths"), TEXT("Optional array of content folders searched with their subfolders, or one folder text. Defaults to [\"/Game\"].")),
+				OptionalObject(TEXT("Types"), TEXT("Optional array, or comma-separated text, of result types: blueprint, graph, node, variable, component, comment, custom_event, interface, function. Defaults to all. blueprint alone is answered from the Asset Registry without loading any Blueprint.")),
+				OptionalText(TEXT("Limit"), TEXT("Maximum results to return, best matches first. Defaults to 50, at most 500.")),
+				OptionalText(TEXT("MaxBlueprints"), TEXT("Maximum Blueprints one call opens to search their content, in Asset Registry order. Defaults to 1000; content_scan_truncated tells when more lie under PackagePaths.")),
+			}, &ZorvekMCPBridgeBlueprintSearchTool::HandleSearchProject),
 			ToolRow(TEXT("blueprint_compile"), TEXT("Compile a Blueprint and return structured compiler warnings, errors, and status."), {
 				RequiredText(TEXT("BlueprintNameOrPath"), BlueprintNameOrPathDescription),
 			}, &ZorvekMCPBridgeBlueprintNodeTools::HandleCompile),
@@ -544,10 +621,10 @@ namespace
 				OptionalText(TEXT("NodePosY"), TEXT("Optional Y position for the new node. Defaults to the existing node's Y.")),
 				OptionalObject(TEXT("PinDefaults"), TEXT("Optional pin default values keyed by pin name.")),
 			}, &ZorvekMCPBridgeNodeSpawnerTools::HandleAddNodeBySearchAndConnect),
-			ToolRow(TEXT("blueprint_run_recipe"), TEXT("Run a deterministic sequence of supported Blueprint-writing tool calls with per-step results and reference substitution."), {
+			ToolRow(TEXT("blueprint_run_recipe"), TEXT("Run a deterministic sequence of supported Blueprint-writing tool calls with per-step results and reference substitution. The whole recipe is checked before the first step runs: at most 100 steps, tools from the supported list, references only to earlier steps. A string that is exactly $StepId.path takes the referenced value with its type; ${StepId.path} inside a longer text inserts it as text; a path segment of digits indexes an array. Stops at the first failing step and rolls nothing back."), {
 				OptionalText(TEXT("RecipeName"), TEXT("Optional recipe name for reporting.")),
 				RequiredObject(TEXT("Steps"), TEXT("Array of step objects with Id, ToolName, and Arguments. Later string arguments can reference prior structured results as $StepId.path.to.field.")),
-			}),
+			}, &ZorvekMCPBridgeRecipeTool::HandleRunRecipe),
 		};
 	}
 }
