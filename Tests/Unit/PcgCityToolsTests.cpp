@@ -7,6 +7,9 @@
 #include "SimulatedWorld.h"
 #include "Tools/ZorvekMCPBridgeDiscoveryTools.h"
 
+#include <algorithm>
+#include <map>
+
 using namespace ZorvekEditorWorldTests;
 
 namespace
@@ -492,5 +495,148 @@ TEST_F(PcgCityLayoutTest, WithoutPcgTheCityRecipeAnswersUnavailableAndMakesNothi
 	const std::string Before = DescribeLevel();
 	const TSharedPtr<FJsonObject> Payload = Refused(RunCity({{TEXT("Columns"), Number(2)}}));
 	EXPECT_EQ(S(Payload->GetStringField(TEXT("operation"))), "run_city_layout_recipe");
+	EXPECT_EQ(DescribeLevel(), Before);
+}
+
+// Updating a city in place.
+
+namespace
+{
+	class PcgCityUpdateTest : public PcgCityLayoutTest
+	{
+	protected:
+		TSharedPtr<FJsonObject> UpdateCity(std::initializer_list<std::pair<const TCHAR*, TSharedPtr<FJsonValue>>> Fields)
+		{
+			TSharedPtr<FJsonObject> Args = Arguments(Fields);
+			if (!Args->HasField(TEXT("AllowCurrentLevel")))
+			{
+				Args->SetBoolField(TEXT("AllowCurrentLevel"), true);
+			}
+			return Call(TEXT("pcg_update_city_layout_recipe"), Args);
+		}
+
+		// Label to actor path of the city's actors; a label seen twice is a duplicate and fails.
+		std::map<std::string, std::string> CityActors(const TCHAR* RecipeTag) const
+		{
+			std::map<std::string, std::string> Actors;
+			for (const FZorvekMCPBridgeActorEntry& Actor : World().GetAllLevelActors())
+			{
+				if (Actor.Tags.Contains(FName(RecipeTag)))
+				{
+					EXPECT_TRUE(Actors.emplace(S(Actor.Label), S(Actor.Path)).second) << "duplicate " << S(Actor.Label);
+				}
+			}
+			return Actors;
+		}
+
+		static std::vector<std::string> LabelsIn(const TSharedPtr<FJsonObject>& Changes, const TCHAR* Key)
+		{
+			return Strings(Changes->GetArrayField(Key));
+		}
+	};
+}
+
+TEST_F(PcgCityUpdateTest, GrowingAndShrinkingKeepsThePiecesThatStillFitAndCleanupLeavesTheLevelAsItWas)
+{
+	const std::string LevelBefore = DescribeLevel();
+	const TArray<FString> LabelsBefore = LevelLabels();
+	const TSharedPtr<FJsonObject> Run = Ok(RunCity({{TEXT("Columns"), Number(2)}, {TEXT("Rows"), Number(1)}, {TEXT("RecipeLabel"), Text(TEXT("Town"))},
+		{TEXT("LocationX"), Number(300)}, {TEXT("MinFloors"), Number(8)}, {TEXT("MaxFloors"), Number(12)}}));
+	const std::map<std::string, std::string> Small = CityActors(TEXT("ZorvekPCGCity_Town"));
+	ASSERT_EQ(Small.size(), 15u);
+	const std::string TowerBefore = Location(Readback(TEXT("Town_Tower_1_0"))->GetObjectField(TEXT("transform")));
+
+	// Bigger: 4 x 2 blocks. Every actor of the small city stays the same object; only the new ones are added.
+	const TSharedPtr<FJsonObject> Grown = Ok(UpdateCity({{TEXT("RecipeLabel"), Text(TEXT("Town"))}, {TEXT("Columns"), Number(4)}, {TEXT("Rows"), Text(TEXT("2"))}}));
+	const std::map<std::string, std::string> Big = CityActors(TEXT("ZorvekPCGCity_Town"));
+	// 5 x 3 corners, 4 x 3 roads along X and 5 x 2 along Y, 4 x 2 towers.
+	EXPECT_EQ(Big.size(), 45u);
+	EXPECT_EQ(Grown->GetObjectField(TEXT("counts"))->GetNumberField(TEXT("total")), 45);
+	for (const std::pair<const std::string, std::string>& Old : Small)
+	{
+		ASSERT_EQ(Big.count(Old.first), 1u) << Old.first;
+		EXPECT_EQ(Big.at(Old.first), Old.second) << Old.first;
+	}
+	const TSharedPtr<FJsonObject> Changes = Grown->GetObjectField(TEXT("changes"));
+	EXPECT_EQ(Changes->GetNumberField(TEXT("kept")), 15);
+	EXPECT_EQ(LabelsIn(Changes, TEXT("added")).size(), 30u);
+	EXPECT_TRUE(LabelsIn(Changes, TEXT("replaced")).empty());
+	EXPECT_TRUE(LabelsIn(Changes, TEXT("removed")).empty());
+	// The grid continues from the city's own origin and pitch (2000 + 1100), and new towers keep
+	// the floor range of the standing ones.
+	EXPECT_EQ(Location(Readback(TEXT("Town_Tower_1_0"))->GetObjectField(TEXT("transform"))), TowerBefore);
+	EXPECT_EQ(Location(Readback(TEXT("Town_Intersection_4_2"))->GetObjectField(TEXT("transform"))), "12700 6200 0");
+	const TSharedPtr<FJsonObject> Grid = Grown->GetObjectField(TEXT("grid"));
+	const std::vector<int32> RunFloors = FloorsOf(Run);
+	EXPECT_EQ(Grid->GetNumberField(TEXT("min_floors")), *std::min_element(RunFloors.begin(), RunFloors.end()));
+	EXPECT_EQ(Grid->GetNumberField(TEXT("max_floors")), *std::max_element(RunFloors.begin(), RunFloors.end()));
+	const std::vector<int32> GrownFloors = FloorsOf(Grown);
+	ASSERT_EQ(GrownFloors.size(), 8u);
+	for (const int32 Floors : GrownFloors)
+	{
+		EXPECT_GE(Floors, Grid->GetNumberField(TEXT("min_floors")));
+		EXPECT_LE(Floors, Grid->GetNumberField(TEXT("max_floors")));
+	}
+	EXPECT_EQ(Grown->GetObjectField(TEXT("previous"))->GetNumberField(TEXT("columns")), 2);
+	EXPECT_EQ(Strings(Readback(TEXT("Town_Tower_3_1"))->GetArrayField(TEXT("tags"))),
+		(std::vector<std::string>{"ZorvekMCPBridge", "ZorvekRepro", "ZorvekVisualPCG", "ZorvekPCGCity_Town", "ZorvekPCGCitySkyscraper"}));
+
+	// Smaller: 1 x 1 removes what lies outside and keeps the first block's actors.
+	const TSharedPtr<FJsonObject> Shrunk = Ok(UpdateCity({{TEXT("RecipeLabel"), Text(TEXT("Town"))}, {TEXT("Columns"), Number(1)}, {TEXT("Rows"), Number(1)}}));
+	const std::map<std::string, std::string> One = CityActors(TEXT("ZorvekPCGCity_Town"));
+	EXPECT_EQ(One.size(), 9u);
+	EXPECT_EQ(One.at("Town_Tower_0_0"), Small.at("Town_Tower_0_0"));
+	EXPECT_EQ(LabelsIn(Shrunk->GetObjectField(TEXT("changes")), TEXT("removed")).size(), 36u);
+
+	EXPECT_EQ(Ok(Call(TEXT("editor_cleanup_repro_actors"), Arguments({{TEXT("Filter"), Text(TEXT("Town"))}})))->GetNumberField(TEXT("deleted_count")), 9);
+	EXPECT_EQ(LevelLabels(), LabelsBefore);
+	EXPECT_EQ(DescribeLevel(), LevelBefore);
+}
+
+TEST_F(PcgCityUpdateTest, TallerRedrawsTheTowersAndReplacesOnlyThoseWhoseFloorsChanged)
+{
+	Ok(RunCity({{TEXT("Columns"), Number(2)}, {TEXT("Rows"), Number(2)}, {TEXT("MinFloors"), Number(5)}, {TEXT("MaxFloors"), Number(10)}}));
+	const std::map<std::string, std::string> Before = CityActors(TEXT("ZorvekPCGCity_ZorvekPCGCity"));
+	const TSharedPtr<FJsonObject> Taller = Ok(UpdateCity({{TEXT("MinFloors"), Number(40)}, {TEXT("MaxFloors"), Number(40)}}));
+	const std::map<std::string, std::string> After = CityActors(TEXT("ZorvekPCGCity_ZorvekPCGCity"));
+	ASSERT_EQ(After.size(), Before.size());
+	const TSharedPtr<FJsonObject> Changes = Taller->GetObjectField(TEXT("changes"));
+	EXPECT_EQ(LabelsIn(Changes, TEXT("replaced")), (std::vector<std::string>{"ZorvekPCGCity_Tower_0_0", "ZorvekPCGCity_Tower_1_0", "ZorvekPCGCity_Tower_0_1", "ZorvekPCGCity_Tower_1_1"}));
+	EXPECT_EQ(Changes->GetNumberField(TEXT("kept")), 21);
+	for (const std::pair<const std::string, std::string>& Actor : After)
+	{
+		const bool bTower = Actor.first.find("_Tower_") != std::string::npos;
+		EXPECT_EQ(Actor.second != Before.at(Actor.first), bTower) << Actor.first;
+	}
+	// 40 floors of 350 cm.
+	EXPECT_GT(Readback(TEXT("ZorvekPCGCity_Tower_1_1"))->GetObjectField(TEXT("bounds"))->GetObjectField(TEXT("max"))->GetNumberField(TEXT("z")), 40 * 350.0 - 0.01);
+
+	// The same floors again change nothing.
+	const TSharedPtr<FJsonObject> Again = Ok(UpdateCity({{TEXT("MaxFloors"), Number(40)}}));
+	EXPECT_EQ(Again->GetObjectField(TEXT("changes"))->GetNumberField(TEXT("kept")), 25);
+	EXPECT_EQ(CityActors(TEXT("ZorvekPCGCity_ZorvekPCGCity")), After);
+}
+
+TEST_F(PcgCityUpdateTest, RefusalsAndTheUnavailableAnswerLeaveTheLevelAsItWas)
+{
+	const TCHAR* const Tool = TEXT("pcg_update_city_layout_recipe");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Columns"), Number(4)}}),
+		"No city recipe labelled 'ZorvekPCGCity' is in the level; place one with pcg_run_city_layout_recipe first.");
+	Ok(RunCity({{TEXT("Columns"), Number(1)}, {TEXT("Rows"), Number(1)}, {TEXT("MaxFloors"), Number(20)}}));
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("Columns"), Number(4)}}), "pcg_update_city_layout_recipe requires AllowCurrentLevel=true because this mutates the current editor world.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}}),
+		"pcg_update_city_layout_recipe requires at least one of Columns, Rows, MinFloors, MaxFloors or Seed.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Columns"), Number(21)}}), "Columns must be a whole number from 1 to 20.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Rows"), Number(2.5)}}), "Rows must be a whole number from 1 to 20.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("Seed"), Bool(true)}}), "Seed must be a number.");
+	// The city's towers are at most 20 floors: a minimum above that alone crosses it.
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("MinFloors"), Number(25)}}), "MinFloors must not be above MaxFloors.");
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("AllowCurrentLevel"), Bool(true)}, {TEXT("RecipeLabel"), Text(TEXT("Elsewhere"))}, {TEXT("Rows"), Number(2)}}),
+		"No city recipe labelled 'Elsewhere' is in the level; place one with pcg_run_city_layout_recipe first.");
+
+	SetPcgAvailable(false);
+	const std::string Before = DescribeLevel();
+	const TSharedPtr<FJsonObject> Payload = Refused(UpdateCity({{TEXT("Columns"), Number(3)}}));
+	EXPECT_EQ(S(Payload->GetStringField(TEXT("operation"))), "update_city_layout_recipe");
 	EXPECT_EQ(DescribeLevel(), Before);
 }

@@ -386,7 +386,15 @@ namespace
 				OptionalText(TEXT("LocationY"), TEXT("Optional centre of the first intersection, Y. Defaults to 0.")),
 				OptionalText(TEXT("LocationZ"), TEXT("Optional centre of the first intersection, Z. Defaults to 0.")),
 			}, &ZorvekMCPBridgePcgCityTools::HandleRunCityLayoutRecipe),
-			ToolRow(TEXT("pcg_update_city_layout_recipe"), TEXT("Make a city layout from pcg_run_city_layout_recipe bigger or denser."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::UpdateCityLayoutRecipe>),
+			ToolRow(TEXT("pcg_update_city_layout_recipe"), TEXT("Make a city layout from pcg_run_city_layout_recipe bigger or denser."), {
+				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
+				OptionalText(TEXT("RecipeLabel"), TEXT("Optional label of the city to change, as given to pcg_run_city_layout_recipe. Defaults to ZorvekPCGCity.")),
+				OptionalText(TEXT("Columns"), TEXT("Optional new blocks along X, 1 to 20. Defaults to the city's.")),
+				OptionalText(TEXT("Rows"), TEXT("Optional new blocks along Y, 1 to 20. Defaults to the city's.")),
+				OptionalText(TEXT("MinFloors"), TEXT("Optional fewest skyscraper floors, 1 to 200; redraws every tower's floors. Defaults to the city's lowest tower.")),
+				OptionalText(TEXT("MaxFloors"), TEXT("Optional most skyscraper floors, 1 to 200; redraws every tower's floors. Defaults to the city's tallest tower.")),
+				OptionalText(TEXT("Seed"), TEXT("Optional seed of the floor counts, 0 to 2147483647; redraws every tower's floors. Defaults to 42.")),
+			}, &ZorvekMCPBridgePcgCityTools::HandleUpdateCityLayoutRecipe),
 			ToolRow(TEXT("pcg_update_forest_recipe"), TEXT("Adjust the size, density, or naturalness of a forest from pcg_run_forest_recipe."), {
 				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Forest actor name, label, or path. Defaults to ZorvekPCGForest.")),
 				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),

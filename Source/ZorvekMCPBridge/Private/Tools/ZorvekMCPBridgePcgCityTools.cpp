@@ -1,6 +1,7 @@
 #include "Tools/ZorvekMCPBridgePcgCityTools.h"
 
 #include "Dom/JsonValue.h"
+#include "Misc/Paths.h"
 #include "EditorPort/ZorvekMCPBridgeEditorPort.h"
 #include "Blueprint/ZorvekMCPBridgeCityActorBlueprints.h"
 #include "Pcg/ZorvekMCPBridgePcgCityLayout.h"
@@ -845,5 +846,420 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleRunCityLayoutRecipe(F
 	Payload->SetArrayField(TEXT("pieces"), Pieces);
 	Payload->SetStringField(TEXT("cleanup"), FString::Printf(TEXT("editor_cleanup_repro_actors with Filter %s removes this city."), *Params.RecipeLabel));
 	Payload->SetStringField(TEXT("note"), TEXT("A straight grid of road, intersection and skyscraper actors; the roads form no editable network and are not sampled along splines."));
+	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Payload, false);
+}
+
+namespace
+{
+	// A whole number an update may leave out.
+	struct FPcgCityUpdateCount
+	{
+		bool bSet = false;
+		int32 Value = 0;
+
+		int32 Get(int32 Default) const
+		{
+			return bSet ? Value : Default;
+		}
+	};
+
+	// What an update asks for: the city's label and the values to change.
+	struct FPcgCityUpdateParams
+	{
+		bool bAllowCurrentLevel = false;
+		FString RecipeLabel;
+		FPcgCityUpdateCount Columns;
+		FPcgCityUpdateCount Rows;
+		FPcgCityUpdateCount MinFloors;
+		FPcgCityUpdateCount MaxFloors;
+		FPcgCityUpdateCount Seed;
+		FString Error;
+
+		static FPcgCityUpdateParams Read(const TSharedPtr<FJsonObject>& Arguments)
+		{
+			FPcgCityUpdateParams Params;
+			Params.bAllowCurrentLevel = ReadBool(Arguments, TEXT("AllowCurrentLevel"), false);
+			Params.RecipeLabel = ReadString(Arguments, TEXT("RecipeLabel"), FString()).TrimStartAndEnd();
+			Params.RecipeLabel = Params.RecipeLabel.IsEmpty() ? FString(TEXT("ZorvekPCGCity")) : Params.RecipeLabel;
+			FPcgCityNumbers Numbers;
+			const auto ReadOptional = [&Numbers, &Arguments](const TCHAR* Key, int32 Min, int32 Max)
+			{
+				FPcgCityUpdateCount Count;
+				Count.bSet = Arguments.IsValid() && Arguments->HasField(Key);
+				Count.Value = ReadPcgCityCount(Numbers, Arguments, Key, 0, Min, Max);
+				Count.bSet = Count.bSet && Numbers.Error.IsEmpty();
+				return Count;
+			};
+			const int32 MaxSide = ZorvekMCPBridgePcgCityLayout::MaxCityBlocksPerSide;
+			Params.Columns = ReadOptional(TEXT("Columns"), 1, MaxSide);
+			Params.Rows = ReadOptional(TEXT("Rows"), 1, MaxSide);
+			Params.MinFloors = ReadOptional(TEXT("MinFloors"), 1, ZorvekMCPBridgeCityActorBlueprints::MaxFloors);
+			Params.MaxFloors = ReadOptional(TEXT("MaxFloors"), 1, ZorvekMCPBridgeCityActorBlueprints::MaxFloors);
+			Params.Seed = ReadOptional(TEXT("Seed"), 0, 2147483647);
+			Params.Error = Numbers.Error;
+			if (Params.Error.IsEmpty() && !Params.Columns.bSet && !Params.Rows.bSet && !Params.MinFloors.bSet && !Params.MaxFloors.bSet && !Params.Seed.bSet)
+			{
+				Params.Error = TEXT("pcg_update_city_layout_recipe requires at least one of Columns, Rows, MinFloors, MaxFloors or Seed.");
+			}
+			return Params;
+		}
+
+		bool RedrawsFloors() const
+		{
+			return MinFloors.bSet || MaxFloors.bSet || Seed.bSet;
+		}
+	};
+
+	// The generated class's asset name: "/Game/P/BP_X.BP_X_C" gives "BP_X".
+	FString GetPcgCityAssetName(const FString& ClassPath)
+	{
+		FString Name = FPaths::GetExtension(ClassPath);
+		Name.RemoveFromEnd(TEXT("_C"));
+		return Name;
+	}
+
+	// A whole number read between a prefix and a marker of a piece Blueprint's name, as the
+	// recipe names them (BP_ZorvekRoad_<Lanes>Lane_<Length>, BP_ZorvekSkyscraper_<Floors>F_<Width>).
+	bool ParsePcgCityNameNumber(const FString& Text, const TCHAR* Prefix, const TCHAR* Marker, int32& OutBefore, int32& OutAfter)
+	{
+		FString Rest = Text;
+		FString Before;
+		FString After;
+		if (!Rest.RemoveFromStart(Prefix) || !Rest.Split(Marker, &Before, &After) || !Before.IsNumeric() || !After.IsNumeric())
+		{
+			return false;
+		}
+		OutBefore = FCString::Atoi(*Before);
+		OutAfter = FCString::Atoi(*After);
+		return true;
+	}
+
+	// A city as the level holds it, read back from its actors: the grid by the intersections'
+	// labels, the origin by the first one, the road Blueprint by a road, the floors by the towers.
+	struct FPcgCityInLevel
+	{
+		TMap<FString, FZorvekMCPBridgeObjectHandle> ActorsByLabel;
+		TMap<FString, FString> ClassByLabel;
+		int32 Columns = 0;
+		int32 Rows = 0;
+		bool bHasOrigin = false;
+		FZorvekMCPBridgeVector Origin;
+		FString PackagePath;
+		int32 LaneCount = 0;
+		int32 RoadLength = 0;
+		int32 MinFloors = ZorvekMCPBridgeCityActorBlueprints::MaxFloors + 1;
+		int32 MaxFloors = 0;
+		FString Error;
+	};
+
+	FPcgCityInLevel ReadPcgCityInLevel(const IZorvekMCPBridgeWorld& World, const FString& RecipeLabel, const FName& RecipeTag)
+	{
+		FPcgCityInLevel City;
+		const FString IntersectionPrefix = RecipeLabel + TEXT("_Intersection_");
+		for (const FZorvekMCPBridgeActorEntry& Entry : World.GetAllLevelActors())
+		{
+			FZorvekMCPBridgeActorSnapshot Snapshot;
+			if (!Entry.Tags.Contains(RecipeTag) || !World.ReadActor(Entry.Actor, Snapshot))
+			{
+				continue;
+			}
+			City.ActorsByLabel.Add(Entry.Label, Entry.Actor);
+			City.ClassByLabel.Add(Entry.Label, Snapshot.ClassPath);
+			const FString AssetName = GetPcgCityAssetName(Snapshot.ClassPath);
+			int32 First = 0;
+			int32 Second = 0;
+			if (Entry.Label.StartsWith(IntersectionPrefix, ESearchCase::CaseSensitive)
+				&& ParsePcgCityNameNumber(Entry.Label, *IntersectionPrefix, TEXT("_"), First, Second))
+			{
+				City.Columns = FMath::Max(City.Columns, First);
+				City.Rows = FMath::Max(City.Rows, Second);
+				if (First == 0 && Second == 0)
+				{
+					City.bHasOrigin = true;
+					City.Origin = Snapshot.RootTransform.Location;
+				}
+			}
+			else if (ParsePcgCityNameNumber(AssetName, TEXT("BP_ZorvekRoad_"), TEXT("Lane_"), First, Second))
+			{
+				City.LaneCount = First;
+				City.RoadLength = Second;
+				City.PackagePath = FPaths::GetPath(Snapshot.ClassPath);
+			}
+			else if (ParsePcgCityNameNumber(AssetName, TEXT("BP_ZorvekSkyscraper_"), TEXT("F_"), First, Second))
+			{
+				City.MinFloors = FMath::Min(City.MinFloors, First);
+				City.MaxFloors = FMath::Max(City.MaxFloors, First);
+			}
+		}
+		if (City.ActorsByLabel.IsEmpty())
+		{
+			City.Error = FString::Printf(TEXT("No city recipe labelled '%s' is in the level; place one with pcg_run_city_layout_recipe first."), *RecipeLabel);
+		}
+		else if (!City.bHasOrigin || City.Columns < 1 || City.Rows < 1 || City.LaneCount < 1 || City.RoadLength < 1 || City.MaxFloors < 1)
+		{
+			City.Error = FString::Printf(TEXT("The city '%s' in the level is incomplete (its first intersection, a road or a tower is missing); remove it with editor_cleanup_repro_actors (Filter %s) and run pcg_run_city_layout_recipe again."), *RecipeLabel, *RecipeLabel);
+		}
+		return City;
+	}
+}
+
+TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleUpdateCityLayoutRecipe(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
+{
+	using namespace ZorvekMCPBridgeCityActorBlueprints;
+	using ZorvekMCPBridgePcgCityLayout::ECityPiece;
+	const TCHAR* const ToolName = TEXT("pcg_update_city_layout_recipe");
+	if (!Context.EditorPort)
+	{
+		return ZorvekMCPBridgeAssetTools::MakeEditorPortUnavailableResult(ToolName);
+	}
+	IZorvekMCPBridgeEditorPort& Port = *Context.EditorPort;
+	IZorvekMCPBridgeWorld& World = Port.GetWorld();
+	if (!ZorvekMCPBridgePcgProbe::Probe(World).IsAvailable())
+	{
+		return ZorvekMCPBridgePcgProbe::MakeUnavailableResult(World, ToolName, Arguments, TEXT("update_city_layout_recipe"));
+	}
+	const FPcgCityUpdateParams Update = FPcgCityUpdateParams::Read(Arguments);
+	if (!Update.bAllowCurrentLevel)
+	{
+		return FailPcgCityTool(TEXT("updated"), TEXT("pcg_update_city_layout_recipe requires AllowCurrentLevel=true because this mutates the current editor world."));
+	}
+	FZorvekMCPBridgeWorldInfo WorldInfo;
+	if (!World.IsActorSubsystemAvailable() || !World.GetEditorWorld(WorldInfo))
+	{
+		return FailPcgCityTool(TEXT("updated"), TEXT("Editor actor subsystem or editor world is unavailable."));
+	}
+	if (!Update.Error.IsEmpty())
+	{
+		return FailPcgCityTool(TEXT("updated"), Update.Error);
+	}
+	const FName RecipeTag(*FString::Printf(TEXT("ZorvekPCGCity_%s"), *Update.RecipeLabel));
+	const FPcgCityInLevel City = ReadPcgCityInLevel(World, Update.RecipeLabel, RecipeTag);
+	if (!City.Error.IsEmpty())
+	{
+		return FailPcgCityTool(TEXT("updated"), City.Error);
+	}
+
+	// The city as it should be: what the update names, the rest as the level holds it (floors
+	// within the range of the towers already standing).
+	FPcgCityGridParams Params;
+	Params.RecipeLabel = Update.RecipeLabel;
+	Params.PackagePath = City.PackagePath;
+	Params.Columns = Update.Columns.Get(City.Columns);
+	Params.Rows = Update.Rows.Get(City.Rows);
+	Params.MinFloors = Update.MinFloors.Get(City.MinFloors);
+	Params.MaxFloors = Update.MaxFloors.Get(City.MaxFloors);
+	Params.Seed = Update.Seed.Get(Params.Seed);
+	if (Params.MinFloors > Params.MaxFloors)
+	{
+		return FailPcgCityTool(TEXT("updated"), TEXT("MinFloors must not be above MaxFloors."));
+	}
+	Params.Origin = City.Origin;
+	Params.Road.LaneCount = City.LaneCount;
+	Params.Road.Length = City.RoadLength;
+	Params.Road.PackagePath = Params.PackagePath;
+	Params.Road.AssetName = FString::Printf(TEXT("BP_ZorvekRoad_%dLane_%d"), Params.Road.LaneCount, City.RoadLength);
+	Params.Intersection.PackagePath = Params.PackagePath;
+	Params.Intersection.LaneCount = Params.Road.LaneCount;
+	Params.Intersection.AssetName = FString::Printf(TEXT("BP_ZorvekIntersection_%dLane"), Params.Road.LaneCount);
+	ZorvekMCPBridgePrimitiveActors::FPrimitiveActorSpec RoadSpec;
+	ZorvekMCPBridgePrimitiveActors::FPrimitiveActorSpec IntersectionSpec;
+	ZorvekMCPBridgePrimitiveActors::FPrimitiveActorSpec SkyscraperSpec;
+	FString Error;
+	if (!MakeRoadSpec(Params.Road, RoadSpec, Error) || !MakeIntersectionSpec(Params.Intersection, IntersectionSpec, Error)
+		|| !MakeSkyscraperSpec(Params.MakeSkyscraper(Params.MaxFloors), SkyscraperSpec, Error))
+	{
+		return FailPcgCityTool(TEXT("updated"), Error);
+	}
+	const double IntersectionSize = GetFootprint(IntersectionSpec).Length;
+	TArray<ZorvekMCPBridgePcgCityLayout::FCityPlacement> Placements = ZorvekMCPBridgePcgCityLayout::MakeCityGrid(Params.Origin, Params.Columns, Params.Rows,
+		Params.Road.Length, IntersectionSize, Params.MinFloors, Params.MaxFloors, Params.Seed);
+
+	const auto LabelOf = [&Params](const ZorvekMCPBridgePcgCityLayout::FCityPlacement& Placement)
+	{
+		const TCHAR* const Word = Placement.Piece == ECityPiece::Road ? (Placement.Yaw == 0.0 ? TEXT("RoadX") : TEXT("RoadY"))
+			: (Placement.Piece == ECityPiece::Intersection ? TEXT("Intersection") : TEXT("Tower"));
+		return FString::Printf(TEXT("%s_%s_%d_%d"), *Params.RecipeLabel, Word, Placement.Column, Placement.Row);
+	};
+	// A standing tower keeps its floors unless the update redraws them.
+	if (!Update.RedrawsFloors())
+	{
+		for (ZorvekMCPBridgePcgCityLayout::FCityPlacement& Placement : Placements)
+		{
+			int32 Floors = 0;
+			int32 Width = 0;
+			const FString* const ClassPath = Placement.Piece == ECityPiece::Skyscraper ? City.ClassByLabel.Find(LabelOf(Placement)) : nullptr;
+			if (ClassPath && ParsePcgCityNameNumber(GetPcgCityAssetName(*ClassPath), TEXT("BP_ZorvekSkyscraper_"), TEXT("F_"), Floors, Width))
+			{
+				Placement.Floors = Floors;
+			}
+		}
+	}
+
+	// The pieces' Blueprints, made once and reused as by the run.
+	TArray<TSharedPtr<FJsonValue>> Blueprints;
+	const auto Ensure = [&](const FString& AssetName, TFunctionRef<FCityActorBuild()> Create, FString& OutClassPath) -> bool
+	{
+		const FPcgCityPieceClass Piece = EnsurePcgCityPiece(Port, Params.PackagePath, AssetName, Create);
+		if (!Piece.Error.IsEmpty())
+		{
+			Error = Piece.Error;
+			return false;
+		}
+		TSharedPtr<FJsonObject> Entry = MakeShared<FJsonObject>();
+		Entry->SetStringField(TEXT("object_path"), Piece.ObjectPath);
+		Entry->SetBoolField(TEXT("reused"), Piece.bReused);
+		Blueprints.Add(MakeShared<FJsonValueObject>(Entry));
+		OutClassPath = Piece.ClassPath;
+		return true;
+	};
+	FString RoadClass;
+	FString IntersectionClass;
+	TMap<int32, FString> SkyscraperClasses;
+	bool bPiecesReady = Ensure(Params.Road.AssetName, [&]() { return CreateRoadActor(Port, Params.Road); }, RoadClass)
+		&& Ensure(Params.Intersection.AssetName, [&]() { return CreateIntersectionActor(Port, Params.Intersection); }, IntersectionClass);
+	for (const ZorvekMCPBridgePcgCityLayout::FCityPlacement& Placement : Placements)
+	{
+		if (bPiecesReady && Placement.Piece == ECityPiece::Skyscraper && !SkyscraperClasses.Contains(Placement.Floors))
+		{
+			const FSkyscraperParams Skyscraper = Params.MakeSkyscraper(Placement.Floors);
+			FString ClassPath;
+			bPiecesReady = Ensure(Skyscraper.AssetName, [&]() { return CreateSkyscraperActor(Port, Skyscraper); }, ClassPath);
+			SkyscraperClasses.Add(Placement.Floors, ClassPath);
+		}
+	}
+	if (!bPiecesReady)
+	{
+		return FailPcgCityTool(TEXT("updated"), Error);
+	}
+
+	// New and replaced pieces are spawned first; only when all stand are the old ones removed,
+	// so a failed spawn leaves the city as it was.
+	const FName PieceTags[] = {FName(TEXT("ZorvekPCGCityIntersection")), FName(TEXT("ZorvekPCGCityRoad")), FName(TEXT("ZorvekPCGCitySkyscraper"))};
+	const TCHAR* const PieceWords[] = {TEXT("intersection"), TEXT("road"), TEXT("skyscraper")};
+	TArray<TSharedPtr<FJsonValue>> Pieces;
+	TSet<FString> TargetLabels;
+	TArray<FZorvekMCPBridgeObjectHandle> Spawned;
+	TArray<TPair<FZorvekMCPBridgeObjectHandle, FString>> SpawnedLabels;
+	TArray<FZorvekMCPBridgeObjectHandle> Replaced;
+	TArray<FString> AddedLabels;
+	TArray<FString> ReplacedLabels;
+	int32 KeptCount = 0;
+	int32 Counts[3] = {0, 0, 0};
+	for (const ZorvekMCPBridgePcgCityLayout::FCityPlacement& Placement : Placements)
+	{
+		const int32 Kind = (int32)Placement.Piece;
+		const FString& ClassPath = Placement.Piece == ECityPiece::Intersection ? IntersectionClass
+			: (Placement.Piece == ECityPiece::Road ? RoadClass : SkyscraperClasses[Placement.Floors]);
+		const FString Label = LabelOf(Placement);
+		TargetLabels.Add(Label);
+		++Counts[Kind];
+		TSharedPtr<FJsonObject> Piece = MakeShared<FJsonObject>();
+		Piece->SetStringField(TEXT("label"), Label);
+		Piece->SetStringField(TEXT("piece"), PieceWords[Kind]);
+		Piece->SetNumberField(TEXT("column"), Placement.Column);
+		Piece->SetNumberField(TEXT("row"), Placement.Row);
+		Piece->SetObjectField(TEXT("location"), ZorvekMCPBridgeActorReadback::MakeVectorJson(Placement.Location));
+		Piece->SetNumberField(TEXT("yaw"), Placement.Yaw);
+		if (Placement.Piece == ECityPiece::Skyscraper)
+		{
+			Piece->SetNumberField(TEXT("floors"), Placement.Floors);
+		}
+		Pieces.Add(MakeShared<FJsonValueObject>(Piece));
+		const FString* const ExistingClass = City.ClassByLabel.Find(Label);
+		if (ExistingClass && *ExistingClass == ClassPath)
+		{
+			++KeptCount;
+			continue;
+		}
+		FZorvekMCPBridgeRotator Rotation;
+		Rotation.Yaw = Placement.Yaw;
+		const FZorvekMCPBridgeObjectHandle Actor = World.SpawnActorFromClass(ClassPath, Placement.Location, Rotation);
+		if (!Actor.IsValid())
+		{
+			World.DestroyActors(Spawned);
+			return FailPcgCityTool(TEXT("updated"), FString::Printf(TEXT("Could not spawn actor of class '%s'."), *ClassPath));
+		}
+		Spawned.Add(Actor);
+		SpawnedLabels.Add(TPair<FZorvekMCPBridgeObjectHandle, FString>(Actor, Label));
+		World.AddActorTags(Actor, {FName(ZorvekMCPBridgeActorReadback::BridgeTag), FName(ZorvekMCPBridgeActorReadback::ReproTag),
+			FName(ZorvekMCPBridgeActorReadback::VisualPcgTag), RecipeTag, PieceTags[Kind]});
+		if (ExistingClass)
+		{
+			Replaced.Add(City.ActorsByLabel[Label]);
+			ReplacedLabels.Add(Label);
+		}
+		else
+		{
+			AddedLabels.Add(Label);
+		}
+	}
+	TArray<FZorvekMCPBridgeObjectHandle> Removed = Replaced;
+	TArray<FString> RemovedLabels;
+	for (const TPair<FString, FZorvekMCPBridgeObjectHandle>& Existing : City.ActorsByLabel)
+	{
+		if (!TargetLabels.Contains(Existing.Key))
+		{
+			Removed.Add(Existing.Value);
+			RemovedLabels.Add(Existing.Key);
+		}
+	}
+	World.DestroyActors(Removed);
+	// Labels are set once the old holders are gone, so a replacement takes the exact label.
+	for (const TPair<FZorvekMCPBridgeObjectHandle, FString>& Entry : SpawnedLabels)
+	{
+		World.SetActorLabel(Entry.Key, Entry.Value);
+	}
+	RemovedLabels.Sort();
+
+	const auto ToJsonArray = [](const TArray<FString>& Labels)
+	{
+		TArray<TSharedPtr<FJsonValue>> Values;
+		for (const FString& Label : Labels)
+		{
+			Values.Add(MakeShared<FJsonValueString>(Label));
+		}
+		return Values;
+	};
+	TSharedPtr<FJsonObject> Previous = MakeShared<FJsonObject>();
+	Previous->SetNumberField(TEXT("columns"), City.Columns);
+	Previous->SetNumberField(TEXT("rows"), City.Rows);
+	Previous->SetNumberField(TEXT("min_floors"), City.MinFloors);
+	Previous->SetNumberField(TEXT("max_floors"), City.MaxFloors);
+	Previous->SetNumberField(TEXT("actor_count"), City.ActorsByLabel.Num());
+	TSharedPtr<FJsonObject> Grid = MakeShared<FJsonObject>();
+	Grid->SetNumberField(TEXT("columns"), Params.Columns);
+	Grid->SetNumberField(TEXT("rows"), Params.Rows);
+	Grid->SetNumberField(TEXT("road_length"), Params.Road.Length);
+	Grid->SetNumberField(TEXT("intersection_size"), IntersectionSize);
+	Grid->SetNumberField(TEXT("pitch"), Params.Road.Length + IntersectionSize);
+	Grid->SetNumberField(TEXT("lane_count"), Params.Road.LaneCount);
+	Grid->SetNumberField(TEXT("min_floors"), Params.MinFloors);
+	Grid->SetNumberField(TEXT("max_floors"), Params.MaxFloors);
+	Grid->SetNumberField(TEXT("seed"), Params.Seed);
+	Grid->SetObjectField(TEXT("origin"), ZorvekMCPBridgeActorReadback::MakeVectorJson(Params.Origin));
+	TSharedPtr<FJsonObject> CountsJson = MakeShared<FJsonObject>();
+	CountsJson->SetNumberField(TEXT("intersections"), Counts[0]);
+	CountsJson->SetNumberField(TEXT("roads"), Counts[1]);
+	CountsJson->SetNumberField(TEXT("skyscrapers"), Counts[2]);
+	CountsJson->SetNumberField(TEXT("total"), Placements.Num());
+	TSharedPtr<FJsonObject> Changes = MakeShared<FJsonObject>();
+	Changes->SetNumberField(TEXT("kept"), KeptCount);
+	Changes->SetArrayField(TEXT("added"), ToJsonArray(AddedLabels));
+	Changes->SetArrayField(TEXT("replaced"), ToJsonArray(ReplacedLabels));
+	Changes->SetArrayField(TEXT("removed"), ToJsonArray(RemovedLabels));
+
+	TSharedPtr<FJsonObject> Payload = MakeShared<FJsonObject>();
+	Payload->SetBoolField(TEXT("success"), true);
+	Payload->SetBoolField(TEXT("updated"), true);
+	Payload->SetStringField(TEXT("recipe_label"), Params.RecipeLabel);
+	Payload->SetStringField(TEXT("recipe_tag"), RecipeTag.ToString());
+	Payload->SetObjectField(TEXT("previous"), Previous);
+	Payload->SetObjectField(TEXT("grid"), Grid);
+	Payload->SetObjectField(TEXT("counts"), CountsJson);
+	Payload->SetObjectField(TEXT("changes"), Changes);
+	Payload->SetArrayField(TEXT("blueprints"), Blueprints);
+	Payload->SetArrayField(TEXT("pieces"), Pieces);
+	Payload->SetStringField(TEXT("cleanup"), FString::Printf(TEXT("editor_cleanup_repro_actors with Filter %s removes this city."), *Params.RecipeLabel));
+	Payload->SetStringField(TEXT("note"), TEXT("The city was changed in place: pieces that still fit were kept, new blocks added, towers of other floors replaced and pieces outside the grid removed; road length and lanes stay as placed."));
 	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Payload, false);
 }

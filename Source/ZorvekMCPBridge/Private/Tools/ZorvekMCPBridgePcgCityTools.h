@@ -22,4 +22,9 @@ namespace ZorvekMCPBridgePcgCityTools
 	// A grid city: intersections at the corners, roads between them, a skyscraper in each block
 	// with floors varied by a seed; one Blueprint per distinct piece, made or reused.
 	TSharedPtr<FJsonObject> HandleRunCityLayoutRecipe(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
+
+	// A city of that recipe made bigger or smaller (Columns, Rows) or redrawn taller (floors, seed)
+	// in place: pieces that still fit keep their actors, missing ones are added, towers of other
+	// floors replaced and pieces outside the new grid removed; never a duplicate.
+	TSharedPtr<FJsonObject> HandleUpdateCityLayoutRecipe(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
 }

@@ -203,7 +203,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgStatusTools::HandleGetRoadCapabilities
 		{TEXT("pcg_run_road_recipe"), TEXT("Place a straight strip of road segments from an origin along a direction."), nullptr},
 		{TEXT("pcg_run_spline_road_proof"), TEXT("Place a straight road strip inside spline rectangle bounds; the spline is not sampled."), &HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunSplineRoadProof>},
 		{TEXT("pcg_run_city_layout_recipe"), TEXT("Place a grid city: roads between blocks, intersections at crossings, skyscrapers in the blocks."), nullptr},
-		{TEXT("pcg_update_city_layout_recipe"), TEXT("Make a grid city bigger, denser or taller in place, without duplicating actors."), &HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::UpdateCityLayoutRecipe>},
+		{TEXT("pcg_update_city_layout_recipe"), TEXT("Make a grid city bigger, denser or taller in place, without duplicating actors."), nullptr},
 		{TEXT("pcg_multiclass_spawn_proof"), TEXT("Show one spawner per class and report that true multi-class spawning is unsupported."), &HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::MulticlassSpawnProof>},
 	}));
 	Payload->SetArrayField(TEXT("piece_generators"), MakePcgRoadWorkflowArray({

@@ -12,7 +12,6 @@ struct FZorvekMCPBridgeToolContext;
 enum class EZorvekMCPBridgeUnbuiltPcgTool : uint8
 {
 	RunSplineRoadProof,
-	UpdateCityLayoutRecipe,
 	MulticlassSpawnProof
 };
 
