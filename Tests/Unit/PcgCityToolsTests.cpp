@@ -640,3 +640,96 @@ TEST_F(PcgCityUpdateTest, RefusalsAndTheUnavailableAnswerLeaveTheLevelAsItWas)
 	EXPECT_EQ(S(Payload->GetStringField(TEXT("operation"))), "update_city_layout_recipe");
 	EXPECT_EQ(DescribeLevel(), Before);
 }
+
+// The spline road proof.
+
+namespace
+{
+	class PcgSplineRoadProofTest : public PcgSplineBoundsTest
+	{
+	protected:
+		TSharedPtr<FJsonObject> RunProof(std::initializer_list<std::pair<const TCHAR*, TSharedPtr<FJsonValue>>> Fields)
+		{
+			TSharedPtr<FJsonObject> Args = Arguments(Fields);
+			if (!Args->HasField(TEXT("AllowCurrentLevel")))
+			{
+				Args->SetBoolField(TEXT("AllowCurrentLevel"), true);
+			}
+			if (!Args->HasField(TEXT("ActorNameOrLabel")))
+			{
+				Args->SetStringField(TEXT("ActorNameOrLabel"), TEXT("ZorvekPCGSplineBounds"));
+			}
+			return Call(TEXT("pcg_run_spline_road_proof"), Args);
+		}
+	};
+}
+
+TEST_F(PcgSplineRoadProofTest, TheStripRunsAlongTheTurnedRectangleThroughItsCentreAndStaysInside)
+{
+	const std::string LevelBefore = DescribeLevel();
+	// 90 m by 20 m, centred at (1000, 500) and turned 90 degrees: its length runs along world Y.
+	Ok(Create({{TEXT("Length"), Number(9000)}, {TEXT("Width"), Number(2000)}, {TEXT("LocationX"), Number(1000)}, {TEXT("LocationY"), Number(500)}, {TEXT("RotationYaw"), Number(90)}}));
+	const TSharedPtr<FJsonObject> Payload = Ok(RunProof({}));
+	// One segment per 20 m rounded up: five of 1800.
+	EXPECT_EQ(Payload->GetNumberField(TEXT("segment_count")), 5);
+	EXPECT_EQ(Payload->GetObjectField(TEXT("road_blueprint"))->GetNumberField(TEXT("segment_length")), 1800);
+	EXPECT_EQ(Payload->GetNumberField(TEXT("strip_length")), 9000);
+	EXPECT_EQ(S(Payload->GetObjectField(TEXT("unsupported"))->GetStringField(TEXT("capability"))), "pcg_spline_road_sampling");
+	const TSharedPtr<FJsonObject> First = Readback(TEXT("ZorvekPCGSplineRoad_Road01"));
+	EXPECT_EQ(Location(First->GetObjectField(TEXT("transform"))), "1000 -3100 0");
+	EXPECT_EQ(Rotation(First->GetObjectField(TEXT("transform"))), "0 90 0");
+	EXPECT_EQ(Strings(First->GetArrayField(TEXT("tags"))), (std::vector<std::string>{"ZorvekMCPBridge", "ZorvekRepro", "ZorvekVisualPCG", "ZorvekPCGSplineRoad_ZorvekPCGSplineRoad"}));
+	// Every segment lies inside the rectangle (x 0..2000, y -4000..5000).
+	for (const TCHAR* Label : {TEXT("ZorvekPCGSplineRoad_Road01"), TEXT("ZorvekPCGSplineRoad_Road05")})
+	{
+		const TSharedPtr<FJsonObject> Bounds = Readback(Label)->GetObjectField(TEXT("bounds"));
+		EXPECT_GE(Bounds->GetObjectField(TEXT("min"))->GetNumberField(TEXT("x")), -0.01);
+		EXPECT_LE(Bounds->GetObjectField(TEXT("max"))->GetNumberField(TEXT("x")), 2000.01);
+		EXPECT_GE(Bounds->GetObjectField(TEXT("min"))->GetNumberField(TEXT("y")), -4000.01);
+		EXPECT_LE(Bounds->GetObjectField(TEXT("max"))->GetNumberField(TEXT("y")), 5000.01);
+	}
+	EXPECT_EQ(Location(Readback(TEXT("ZorvekPCGSplineRoad_Road05"))->GetObjectField(TEXT("transform"))), "1000 4100 0");
+
+	// The strip goes by its label, the bounds by theirs, and the level reads as before.
+	EXPECT_EQ(Ok(Call(TEXT("editor_cleanup_repro_actors"), Arguments({{TEXT("Filter"), Text(TEXT("ZorvekPCGSplineRoad"))}})))->GetNumberField(TEXT("deleted_count")), 5);
+	EXPECT_EQ(Ok(Call(TEXT("editor_cleanup_repro_actors"), Arguments({{TEXT("Filter"), Text(TEXT("ZorvekPCGSplineBounds"))}})))->GetNumberField(TEXT("deleted_count")), 1);
+	EXPECT_EQ(DescribeLevel(), LevelBefore);
+}
+
+TEST_F(PcgSplineRoadProofTest, RefusalsAndTheUnavailableAnswerLeaveTheLevelAsItWas)
+{
+	const TCHAR* const Tool = TEXT("pcg_run_spline_road_proof");
+	const auto Args = [](std::initializer_list<std::pair<const TCHAR*, TSharedPtr<FJsonValue>>> Fields)
+	{
+		TSharedPtr<FJsonObject> Object = Arguments(Fields);
+		Object->SetBoolField(TEXT("AllowCurrentLevel"), true);
+		return Object;
+	};
+	ExpectRefusedUnchanged(Tool, Args({}), "pcg_run_spline_road_proof requires ActorNameOrLabel (a spline bounds actor from pcg_create_spline_bounds_actor).");
+	ExpectRefusedUnchanged(Tool, Args({{TEXT("ActorNameOrLabel"), Text(TEXT("Nowhere"))}}), "No editor actor found for 'Nowhere'.");
+	ExpectRefusedUnchanged(Tool, Args({{TEXT("ActorNameOrLabel"), Text(TEXT("Floor"))}}), "Actor 'Floor' has no spline component.");
+	Ok(Create({{TEXT("Length"), Number(1000)}, {TEXT("Width"), Number(1000)}}));
+	ExpectRefusedUnchanged(Tool, Arguments({{TEXT("ActorNameOrLabel"), Text(TEXT("ZorvekPCGSplineBounds"))}}),
+		"pcg_run_spline_road_proof requires AllowCurrentLevel=true because this mutates the current editor world.");
+	ExpectRefusedUnchanged(Tool, Args({{TEXT("ActorNameOrLabel"), Text(TEXT("ZorvekPCGSplineBounds"))}, {TEXT("LaneCount"), Number(9)}}), "LaneCount must be a whole number from 1 to 8.");
+	// Two lanes and their sidewalks are 1100 cm: too wide for 1000.
+	ExpectRefusedUnchanged(Tool, Args({{TEXT("ActorNameOrLabel"), Text(TEXT("ZorvekPCGSplineBounds"))}}),
+		"A 2-lane road is 1100 cm wide and does not fit the rectangle's width of 1000 cm. Use fewer lanes or widen the bounds with pcg_set_spline_bounds_actor.");
+	ExpectRefusedUnchanged(Tool, Args({{TEXT("ActorNameOrLabel"), Text(TEXT("ZorvekPCGSplineBounds"))}, {TEXT("LaneCount"), Number(1)}, {TEXT("SegmentCount"), Number(11)}}),
+		"11 segments do not fit a rectangle 1000 cm long: each segment needs at least 100 cm. Use fewer segments or a longer rectangle.");
+	// A user's own spline is not read as bounds.
+	const FZorvekMCPBridgeObjectHandle Own = World().SpawnActorFromClass(TEXT("/Script/Engine.Actor"), {}, {});
+	World().SetActorLabel(Own, TEXT("UserSpline"));
+	ASSERT_TRUE(World().AddInstanceComponent(Own, TEXT("/Script/Engine.SplineComponent"), TEXT("Spline")).IsValid());
+	ExpectRefusedUnchanged(Tool, Args({{TEXT("ActorNameOrLabel"), Text(TEXT("UserSpline"))}}), "'UserSpline' is not a spline bounds actor from pcg_create_spline_bounds_actor.");
+	// One strip per label.
+	Ok(RunProof({{TEXT("LaneCount"), Number(1)}, {TEXT("SegmentCount"), Number(2)}}));
+	ExpectRefusedUnchanged(Tool, Args({{TEXT("ActorNameOrLabel"), Text(TEXT("ZorvekPCGSplineBounds"))}, {TEXT("LaneCount"), Number(1)}}),
+		"A spline road proof labelled 'ZorvekPCGSplineRoad' is already in the level; remove it with editor_cleanup_repro_actors (Filter ZorvekPCGSplineRoad) or choose another RecipeLabel.");
+
+	SetPcgAvailable(false);
+	const std::string Before = DescribeLevel();
+	const TSharedPtr<FJsonObject> Payload = Refused(RunProof({}));
+	EXPECT_EQ(S(Payload->GetStringField(TEXT("operation"))), "run_spline_road_proof");
+	EXPECT_EQ(DescribeLevel(), Before);
+}

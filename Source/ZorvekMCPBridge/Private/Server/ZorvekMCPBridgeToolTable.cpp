@@ -370,7 +370,14 @@ namespace
 				OptionalText(TEXT("LocationZ"), TEXT("Optional start of the strip, Z. Defaults to 0.")),
 				OptionalText(TEXT("RotationYaw"), TEXT("Optional direction of the strip in degrees; 0 runs along X. Defaults to 0.")),
 			}, &ZorvekMCPBridgePcgCityTools::HandleRunRoadRecipe),
-			ToolRow(TEXT("pcg_run_spline_road_proof"), TEXT("Run a PCG road workflow bounded by a spline rectangle."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunSplineRoadProof>),
+			ToolRow(TEXT("pcg_run_spline_road_proof"), TEXT("Run a PCG road workflow bounded by a spline rectangle."), {
+				OptionalText(TEXT("ActorNameOrLabel"), TEXT("Required spline bounds actor from pcg_create_spline_bounds_actor, by name, label or path.")),
+				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
+				OptionalText(TEXT("RecipeLabel"), TEXT("Optional name of the strip: actors <RecipeLabel>_Road01... tagged ZorvekPCGSplineRoad_<RecipeLabel>. Defaults to ZorvekPCGSplineRoad; one strip per label.")),
+				OptionalText(TEXT("SegmentCount"), TEXT("Optional segments along the rectangle's length, 1 to 100, each at least 100 cm. Defaults to one per 20 m, rounded up.")),
+				OptionalText(TEXT("LaneCount"), TEXT("Optional lanes, 1 to 8; the road must fit the rectangle's width. Defaults to 2.")),
+				OptionalText(TEXT("PackagePath"), TEXT("Optional content folder of the road Blueprint, made once and reused. Defaults to /Game/ZorvekPCG/Roads.")),
+			}, &ZorvekMCPBridgePcgCityTools::HandleRunSplineRoadProof),
 			ToolRow(TEXT("pcg_run_city_layout_recipe"), TEXT("Run a PCG grid city layout workflow with roads, intersections, and skyscrapers."), {
 				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this places actors in the current editor world.")),
 				OptionalText(TEXT("RecipeLabel"), TEXT("Optional name of this city: its actors are labelled <RecipeLabel>_<Piece>_<Column>_<Row> and tagged ZorvekPCGCity_<RecipeLabel>. Defaults to ZorvekPCGCity; one city per label.")),

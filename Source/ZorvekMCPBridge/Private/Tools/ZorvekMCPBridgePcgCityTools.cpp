@@ -1263,3 +1263,196 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleUpdateCityLayoutRecip
 	Payload->SetStringField(TEXT("note"), TEXT("The city was changed in place: pieces that still fit were kept, new blocks added, towers of other floors replaced and pieces outside the grid removed; road length and lanes stay as placed."));
 	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Payload, false);
 }
+
+namespace
+{
+	// A strip proof segment aims at this length when the client gives no count.
+	constexpr double PcgCitySplineRoadTargetSegment = 2000.0;
+
+	struct FPcgCitySplineRoadParams
+	{
+		bool bAllowCurrentLevel = false;
+		FString ActorNameOrLabel;
+		FString RecipeLabel;
+		FString PackagePath;
+		int32 LaneCount = 2;
+		int32 SegmentCount = 0;
+		FString Error;
+
+		static FPcgCitySplineRoadParams Read(const TSharedPtr<FJsonObject>& Arguments)
+		{
+			FPcgCitySplineRoadParams Params;
+			Params.bAllowCurrentLevel = ReadBool(Arguments, TEXT("AllowCurrentLevel"), false);
+			Params.ActorNameOrLabel = ReadString(Arguments, TEXT("ActorNameOrLabel"), FString()).TrimStartAndEnd();
+			Params.RecipeLabel = ReadString(Arguments, TEXT("RecipeLabel"), FString()).TrimStartAndEnd();
+			Params.RecipeLabel = Params.RecipeLabel.IsEmpty() ? FString(TEXT("ZorvekPCGSplineRoad")) : Params.RecipeLabel;
+			Params.PackagePath = ReadString(Arguments, TEXT("PackagePath"), FString()).TrimStartAndEnd();
+			Params.PackagePath = Params.PackagePath.IsEmpty() ? FString(TEXT("/Game/ZorvekPCG/Roads")) : Params.PackagePath;
+			FPcgCityNumbers Numbers;
+			Params.LaneCount = ReadPcgCityCount(Numbers, Arguments, TEXT("LaneCount"), Params.LaneCount, 1, ZorvekMCPBridgeCityActorBlueprints::MaxLaneCount);
+			Params.SegmentCount = ReadPcgCityCount(Numbers, Arguments, TEXT("SegmentCount"), 0, 1, ZorvekMCPBridgePcgCityLayout::MaxRoadSegments);
+			Params.Error = Numbers.Error;
+			if (Params.Error.IsEmpty() && Params.ActorNameOrLabel.IsEmpty())
+			{
+				Params.Error = TEXT("pcg_run_spline_road_proof requires ActorNameOrLabel (a spline bounds actor from pcg_create_spline_bounds_actor).");
+			}
+			return Params;
+		}
+	};
+
+	double PcgCityDistance2D(const FZorvekMCPBridgeVector& From, const FZorvekMCPBridgeVector& To)
+	{
+		return FMath::Sqrt((To.X - From.X) * (To.X - From.X) + (To.Y - From.Y) * (To.Y - From.Y));
+	}
+}
+
+TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleRunSplineRoadProof(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
+{
+	const TCHAR* const ToolName = TEXT("pcg_run_spline_road_proof");
+	if (!Context.EditorPort)
+	{
+		return ZorvekMCPBridgeAssetTools::MakeEditorPortUnavailableResult(ToolName);
+	}
+	IZorvekMCPBridgeEditorPort& Port = *Context.EditorPort;
+	IZorvekMCPBridgeWorld& World = Port.GetWorld();
+	if (!ZorvekMCPBridgePcgProbe::Probe(World).IsAvailable())
+	{
+		return ZorvekMCPBridgePcgProbe::MakeUnavailableResult(World, ToolName, Arguments, TEXT("run_spline_road_proof"));
+	}
+	const FPcgCitySplineRoadParams Params = FPcgCitySplineRoadParams::Read(Arguments);
+	if (!Params.bAllowCurrentLevel)
+	{
+		return FailPcgCityTool(TEXT("placed"), TEXT("pcg_run_spline_road_proof requires AllowCurrentLevel=true because this mutates the current editor world."));
+	}
+	FZorvekMCPBridgeWorldInfo WorldInfo;
+	if (!World.IsActorSubsystemAvailable() || !World.GetEditorWorld(WorldInfo))
+	{
+		return FailPcgCityTool(TEXT("placed"), TEXT("Editor actor subsystem or editor world is unavailable."));
+	}
+	if (!Params.Error.IsEmpty())
+	{
+		return FailPcgCityTool(TEXT("placed"), Params.Error);
+	}
+	const FPcgCitySplineActor Found = FindPcgCitySplineActor(Port, Params.ActorNameOrLabel);
+	if (!Found.Error.IsEmpty())
+	{
+		return FailPcgCityTool(TEXT("placed"), Found.Error);
+	}
+	// Only the bridge's rectangles are read as bounds: a drawn spline's curve is not sampled.
+	if (!Found.Entry.Tags.Contains(FName(ZorvekMCPBridgePcgSplineBounds::SplineBoundsTag)))
+	{
+		return FailPcgCityTool(TEXT("placed"), FString::Printf(TEXT("'%s' is not a spline bounds actor from pcg_create_spline_bounds_actor."), *Found.Entry.Label));
+	}
+	ZorvekMCPBridgePcgSplineBounds::FSplineState State;
+	FString Error;
+	if (!ZorvekMCPBridgePcgSplineBounds::ReadSpline(Port, Found.Spline, State, Error) || State.WorldPoints.Num() != ZorvekMCPBridgePcgSplineBounds::RectanglePointCount)
+	{
+		return FailPcgCityTool(TEXT("placed"), Error.IsEmpty() ? FString(TEXT("The spline bounds actor does not hold a four-point rectangle.")) : Error);
+	}
+	// The rectangle in the world: its first side runs along its length, the second across it, so
+	// the actor's scale is taken as it is; the strip turns with the actor's yaw.
+	const TArray<FZorvekMCPBridgeVector>& Corners = State.WorldPoints;
+	const double Length = PcgCityDistance2D(Corners[0], Corners[1]);
+	const double Width = PcgCityDistance2D(Corners[1], Corners[2]);
+	const double Yaw = Found.Snapshot.RootTransform.Rotation.Yaw;
+	const FZorvekMCPBridgeVector Centre = {(Corners[0].X + Corners[2].X) * 0.5, (Corners[0].Y + Corners[2].Y) * 0.5, (Corners[0].Z + Corners[2].Z) * 0.5};
+
+	const int32 SegmentCount = Params.SegmentCount > 0 ? Params.SegmentCount
+		: FMath::Clamp(-FMath::FloorToInt(-(Length / PcgCitySplineRoadTargetSegment - 1e-6)), 1, ZorvekMCPBridgePcgCityLayout::MaxRoadSegments);
+	// Whole centimetres, rounded down so the strip stays inside the rectangle.
+	const double SegmentLength = (double)FMath::FloorToInt(Length / SegmentCount + 1e-6);
+	if (SegmentLength < ZorvekMCPBridgeCityActorBlueprints::MinLength)
+	{
+		return FailPcgCityTool(TEXT("placed"), FString::Printf(TEXT("%d segments do not fit a rectangle %.0f cm long: each segment needs at least 100 cm. Use fewer segments or a longer rectangle."), SegmentCount, Length));
+	}
+	ZorvekMCPBridgeCityActorBlueprints::FRoadParams Road;
+	Road.PackagePath = Params.PackagePath;
+	Road.LaneCount = Params.LaneCount;
+	Road.Length = SegmentLength;
+	Road.AssetName = FString::Printf(TEXT("BP_ZorvekRoad_%dLane_%d"), Road.LaneCount, FMath::RoundToInt(Road.Length));
+	ZorvekMCPBridgePrimitiveActors::FPrimitiveActorSpec Spec;
+	if (!ZorvekMCPBridgeCityActorBlueprints::MakeRoadSpec(Road, Spec, Error))
+	{
+		return FailPcgCityTool(TEXT("placed"), Error);
+	}
+	const ZorvekMCPBridgeCityActorBlueprints::FFootprint Footprint = ZorvekMCPBridgeCityActorBlueprints::GetFootprint(Spec);
+	if (Footprint.Width > Width + 1e-6)
+	{
+		return FailPcgCityTool(TEXT("placed"), FString::Printf(TEXT("A %d-lane road is %.0f cm wide and does not fit the rectangle's width of %.0f cm. Use fewer lanes or widen the bounds with pcg_set_spline_bounds_actor."), Road.LaneCount, Footprint.Width, Width));
+	}
+	const FName RecipeTag(*FString::Printf(TEXT("ZorvekPCGSplineRoad_%s"), *Params.RecipeLabel));
+	for (const FZorvekMCPBridgeActorEntry& Existing : World.GetAllLevelActors())
+	{
+		if (Existing.Tags.Contains(RecipeTag))
+		{
+			return FailPcgCityTool(TEXT("placed"), FString::Printf(TEXT("A spline road proof labelled '%s' is already in the level; remove it with editor_cleanup_repro_actors (Filter %s) or choose another RecipeLabel."), *Params.RecipeLabel, *Params.RecipeLabel));
+		}
+	}
+
+	const FPcgCityPieceClass Piece = EnsurePcgCityPiece(Port, Params.PackagePath, Road.AssetName, [&]() { return ZorvekMCPBridgeCityActorBlueprints::CreateRoadActor(Port, Road); });
+	if (!Piece.Error.IsEmpty())
+	{
+		return FailPcgCityTool(TEXT("placed"), Piece.Error);
+	}
+	// The strip runs along the rectangle's length through its centre, from one short side.
+	const double StripLength = SegmentLength * SegmentCount;
+	const double DirectionX = (Corners[1].X - Corners[0].X) / Length;
+	const double DirectionY = (Corners[1].Y - Corners[0].Y) / Length;
+	const FZorvekMCPBridgeVector Start = {Centre.X - DirectionX * StripLength * 0.5, Centre.Y - DirectionY * StripLength * 0.5, Centre.Z};
+	const TArray<ZorvekMCPBridgePcgCityLayout::FPiecePlacement> Placements = ZorvekMCPBridgePcgCityLayout::MakeRoadStrip(Start, Yaw, SegmentCount, SegmentLength);
+	TArray<FZorvekMCPBridgeObjectHandle> Placed;
+	for (int32 Index = 0; Index < Placements.Num(); ++Index)
+	{
+		FZorvekMCPBridgeRotator Rotation;
+		Rotation.Yaw = Placements[Index].Yaw;
+		const FZorvekMCPBridgeObjectHandle Actor = World.SpawnActorFromClass(Piece.ClassPath, Placements[Index].Location, Rotation);
+		if (!Actor.IsValid())
+		{
+			World.DestroyActors(Placed);
+			return FailPcgCityTool(TEXT("placed"), FString::Printf(TEXT("Could not spawn actor of class '%s'."), *Piece.ClassPath));
+		}
+		Placed.Add(Actor);
+		World.SetActorLabel(Actor, FString::Printf(TEXT("%s_Road%02d"), *Params.RecipeLabel, Index + 1));
+		World.AddActorTags(Actor, {FName(ZorvekMCPBridgeActorReadback::BridgeTag), FName(ZorvekMCPBridgeActorReadback::ReproTag),
+			FName(ZorvekMCPBridgeActorReadback::VisualPcgTag), RecipeTag});
+	}
+
+	TArray<TSharedPtr<FJsonValue>> Actors;
+	for (const FZorvekMCPBridgeObjectHandle& Actor : Placed)
+	{
+		if (const TSharedPtr<FJsonObject> Readback = ZorvekMCPBridgeActorReadback::ReadActorReadback(World, Actor, false))
+		{
+			Actors.Add(MakeShared<FJsonValueObject>(Readback));
+		}
+	}
+	TSharedPtr<FJsonObject> RoadJson = MakeShared<FJsonObject>();
+	RoadJson->SetStringField(TEXT("object_path"), Piece.ObjectPath);
+	RoadJson->SetBoolField(TEXT("reused"), Piece.bReused);
+	RoadJson->SetNumberField(TEXT("lane_count"), Road.LaneCount);
+	RoadJson->SetNumberField(TEXT("segment_length"), SegmentLength);
+	RoadJson->SetObjectField(TEXT("footprint"), ZorvekMCPBridgeCityActorBlueprints::MakeFootprintJson(Footprint));
+	TSharedPtr<FJsonObject> Bounds = MakeShared<FJsonObject>();
+	Bounds->SetStringField(TEXT("actor_label"), Found.Entry.Label);
+	Bounds->SetNumberField(TEXT("length"), Length);
+	Bounds->SetNumberField(TEXT("width"), Width);
+	Bounds->SetNumberField(TEXT("yaw"), Yaw);
+	Bounds->SetObjectField(TEXT("centre"), ZorvekMCPBridgeActorReadback::MakeVectorJson(Centre));
+	TSharedPtr<FJsonObject> Unsupported = MakeShared<FJsonObject>();
+	Unsupported->SetStringField(TEXT("capability"), TEXT("pcg_spline_road_sampling"));
+	Unsupported->SetStringField(TEXT("reason"), TEXT("The spline is read as a rectangle's corners only; roads are never sampled or bent along a spline curve."));
+
+	TSharedPtr<FJsonObject> Payload = MakeShared<FJsonObject>();
+	Payload->SetBoolField(TEXT("success"), true);
+	Payload->SetBoolField(TEXT("placed"), true);
+	Payload->SetStringField(TEXT("recipe_label"), Params.RecipeLabel);
+	Payload->SetStringField(TEXT("recipe_tag"), RecipeTag.ToString());
+	Payload->SetObjectField(TEXT("spline_bounds"), Bounds);
+	Payload->SetNumberField(TEXT("segment_count"), Placed.Num());
+	Payload->SetNumberField(TEXT("strip_length"), StripLength);
+	Payload->SetObjectField(TEXT("road_blueprint"), RoadJson);
+	Payload->SetArrayField(TEXT("actors"), Actors);
+	Payload->SetObjectField(TEXT("unsupported"), Unsupported);
+	Payload->SetStringField(TEXT("cleanup"), FString::Printf(TEXT("editor_cleanup_repro_actors with Filter %s removes this strip; the spline bounds actor stays until removed by its own label."), *Params.RecipeLabel));
+	Payload->SetStringField(TEXT("note"), PcgCityNotSampledNote);
+	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Payload, false);
+}

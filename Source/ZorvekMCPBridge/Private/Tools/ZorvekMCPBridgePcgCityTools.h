@@ -27,4 +27,8 @@ namespace ZorvekMCPBridgePcgCityTools
 	// in place: pieces that still fit keep their actors, missing ones are added, towers of other
 	// floors replaced and pieces outside the new grid removed; never a duplicate.
 	TSharedPtr<FJsonObject> HandleUpdateCityLayoutRecipe(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
+
+	// A straight road strip laid along a spline bounds actor's rectangle, through its centre and
+	// inside it; the spline gives the rectangle only and is never sampled along its curve.
+	TSharedPtr<FJsonObject> HandleRunSplineRoadProof(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments);
 }

@@ -201,7 +201,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgStatusTools::HandleGetRoadCapabilities
 		{TEXT("pcg_inspect_spline_bounds_actor"), TEXT("Read a spline bounds actor's points, spline length, rectangle and bounds."), nullptr},
 		{TEXT("pcg_set_spline_bounds_actor"), TEXT("Change the length or width of a spline bounds actor's rectangle."), nullptr},
 		{TEXT("pcg_run_road_recipe"), TEXT("Place a straight strip of road segments from an origin along a direction."), nullptr},
-		{TEXT("pcg_run_spline_road_proof"), TEXT("Place a straight road strip inside spline rectangle bounds; the spline is not sampled."), &HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::RunSplineRoadProof>},
+		{TEXT("pcg_run_spline_road_proof"), TEXT("Place a straight road strip inside spline rectangle bounds; the spline is not sampled."), nullptr},
 		{TEXT("pcg_run_city_layout_recipe"), TEXT("Place a grid city: roads between blocks, intersections at crossings, skyscrapers in the blocks."), nullptr},
 		{TEXT("pcg_update_city_layout_recipe"), TEXT("Make a grid city bigger, denser or taller in place, without duplicating actors."), nullptr},
 		{TEXT("pcg_multiclass_spawn_proof"), TEXT("Show one spawner per class and report that true multi-class spawning is unsupported."), &HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::MulticlassSpawnProof>},

@@ -52,7 +52,6 @@ namespace
 	}
 
 	const TCHAR* const PcgUnbuiltToolNames[] = {
-		TEXT("pcg_run_spline_road_proof"),
 		TEXT("pcg_multiclass_spawn_proof"),
 	};
 	static_assert((int32)UE_ARRAY_COUNT(PcgUnbuiltToolNames) == (int32)EZorvekMCPBridgeUnbuiltPcgTool::MulticlassSpawnProof + 1, "one name per unbuilt PCG tool");

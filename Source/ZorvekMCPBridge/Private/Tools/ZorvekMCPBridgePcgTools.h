@@ -11,7 +11,6 @@ struct FZorvekMCPBridgeToolContext;
 // answer through HandleUnbuiltTool until they are built.
 enum class EZorvekMCPBridgeUnbuiltPcgTool : uint8
 {
-	RunSplineRoadProof,
 	MulticlassSpawnProof
 };
 
