@@ -14,6 +14,7 @@
 #include "Tools/ZorvekMCPBridgeEditorWorldTools.h"
 #include "Tools/ZorvekMCPBridgeMaterialTools.h"
 #include "Tools/ZorvekMCPBridgePcgCityTools.h"
+#include "Tools/ZorvekMCPBridgePcgMulticlassTools.h"
 #include "Tools/ZorvekMCPBridgePcgStatusTools.h"
 #include "Tools/ZorvekMCPBridgePcgForestTools.h"
 #include "Tools/ZorvekMCPBridgePcgTools.h"
@@ -414,7 +415,12 @@ namespace
 				OptionalText(TEXT("SizeScale"), TEXT("Multiplies the size, for example 1.5 for a bigger forest.")),
 				OptionalText(TEXT("Seed"), TEXT("New PCG component seed for a different arrangement.")),
 			}, &ZorvekMCPBridgePcgForestTools::HandleUpdateForestRecipe),
-			ToolRow(TEXT("pcg_multiclass_spawn_proof"), TEXT("Show several actor classes spawned from one PCG forest setup."), {}, &ZorvekMCPBridgePcgTools::HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::MulticlassSpawnProof>),
+			ToolRow(TEXT("pcg_multiclass_spawn_proof"), TEXT("Show several actor classes spawned from one PCG forest setup."), {
+				OptionalText(TEXT("ActorClasses"), TEXT("Required array of 2 to 8 actor class paths (native or Blueprint generated classes); generated point i gets class i modulo their count.")),
+				OptionalText(TEXT("AllowCurrentLevel"), TEXT("Required true because this mutates the current editor world.")),
+				OptionalText(TEXT("ForestActorNameOrLabel"), TEXT("Optional generated forest actor name, label or path. Defaults to ZorvekPCGForest.")),
+				OptionalText(TEXT("MaxActors"), TEXT("Optional most actors placed in all sets together, 1 to 1000. Defaults to 200.")),
+			}, &ZorvekMCPBridgePcgMulticlassTools::HandleMulticlassSpawnProof),
 
 			// Fixture assets.
 			ToolRow(TEXT("unreal_create_mossbank_repro_assets"), TEXT("Create minimal dummy CameraAsset, CameraRigAsset, and StateTree assets for validating Mossbank H/G inspection readers."), {

@@ -7,7 +7,6 @@
 #include "Server/ZorvekMCPBridgeToolCatalogue.h"
 #include "Tools/ZorvekMCPBridgeAssetTools.h"
 #include "Tools/ZorvekMCPBridgeDiscoveryTools.h"
-#include "Tools/ZorvekMCPBridgePcgTools.h"
 #include "World/ZorvekMCPBridgeActorReadback.h"
 
 namespace
@@ -57,19 +56,18 @@ namespace
 		return Object;
 	}
 
-	// One tool of the road and city side: what it does, and the answer its row gives until it is
-	// built (null once it is), so the report follows the tool table.
+	// One tool of the road and city side and what it does; whether it answers follows the tool
+	// table, so the report stays true when a row loses or gains its handler.
 	struct FPcgRoadWorkflow
 	{
 		const TCHAR* ToolName;
 		const TCHAR* Purpose;
-		FZorvekMCPBridgeToolHandler UnbuiltHandler;
 	};
 
 	bool IsPcgRoadToolAnswering(const FPcgRoadWorkflow& Workflow)
 	{
 		const FZorvekMCPBridgeToolDefinition* Row = ZorvekMCPBridgeTools::FindTool(Workflow.ToolName);
-		return Row && Row->Handler && Row->Handler != Workflow.UnbuiltHandler;
+		return Row && Row->Handler;
 	}
 
 	TArray<TSharedPtr<FJsonValue>> MakePcgRoadWorkflowArray(std::initializer_list<FPcgRoadWorkflow> Workflows)
@@ -181,7 +179,6 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgStatusTools::HandleGetRoadCapabilities
 		return ZorvekMCPBridgePcgProbe::MakeUnavailableResult(World, TEXT("pcg_get_road_capabilities"), Arguments, TEXT("get_road_capabilities"));
 	}
 
-	using ZorvekMCPBridgePcgTools::HandleUnbuiltTool;
 	TArray<TSharedPtr<FJsonValue>> Unsupported;
 	for (const TCHAR* Id : {TEXT("pcg_spline_road_sampling"), TEXT("pcg_arbitrary_road_network_editing")})
 	{
@@ -197,19 +194,19 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgStatusTools::HandleGetRoadCapabilities
 	Payload->SetObjectField(TEXT("pcg_status"), ZorvekMCPBridgePcgProbe::MakeStatusObject(Status));
 	Payload->SetStringField(TEXT("road_model"), TEXT("Roads and cities are straight strips and grids of road, intersection and skyscraper actor Blueprints built from engine primitive meshes and placed in the current editor world with repro tags. They are not sampled from splines and form no editable road network."));
 	Payload->SetArrayField(TEXT("workflows"), MakePcgRoadWorkflowArray({
-		{TEXT("pcg_create_spline_bounds_actor"), TEXT("Place an actor whose closed four-point spline marks rectangular road bounds."), nullptr},
-		{TEXT("pcg_inspect_spline_bounds_actor"), TEXT("Read a spline bounds actor's points, spline length, rectangle and bounds."), nullptr},
-		{TEXT("pcg_set_spline_bounds_actor"), TEXT("Change the length or width of a spline bounds actor's rectangle."), nullptr},
-		{TEXT("pcg_run_road_recipe"), TEXT("Place a straight strip of road segments from an origin along a direction."), nullptr},
-		{TEXT("pcg_run_spline_road_proof"), TEXT("Place a straight road strip inside spline rectangle bounds; the spline is not sampled."), nullptr},
-		{TEXT("pcg_run_city_layout_recipe"), TEXT("Place a grid city: roads between blocks, intersections at crossings, skyscrapers in the blocks."), nullptr},
-		{TEXT("pcg_update_city_layout_recipe"), TEXT("Make a grid city bigger, denser or taller in place, without duplicating actors."), nullptr},
-		{TEXT("pcg_multiclass_spawn_proof"), TEXT("Show one spawner per class and report that true multi-class spawning is unsupported."), &HandleUnbuiltTool<EZorvekMCPBridgeUnbuiltPcgTool::MulticlassSpawnProof>},
+		{TEXT("pcg_create_spline_bounds_actor"), TEXT("Place an actor whose closed four-point spline marks rectangular road bounds.")},
+		{TEXT("pcg_inspect_spline_bounds_actor"), TEXT("Read a spline bounds actor's points, spline length, rectangle and bounds.")},
+		{TEXT("pcg_set_spline_bounds_actor"), TEXT("Change the length or width of a spline bounds actor's rectangle.")},
+		{TEXT("pcg_run_road_recipe"), TEXT("Place a straight strip of road segments from an origin along a direction.")},
+		{TEXT("pcg_run_spline_road_proof"), TEXT("Place a straight road strip inside spline rectangle bounds; the spline is not sampled.")},
+		{TEXT("pcg_run_city_layout_recipe"), TEXT("Place a grid city: roads between blocks, intersections at crossings, skyscrapers in the blocks.")},
+		{TEXT("pcg_update_city_layout_recipe"), TEXT("Make a grid city bigger, denser or taller in place, without duplicating actors.")},
+		{TEXT("pcg_multiclass_spawn_proof"), TEXT("Place one actor set per class at a generated forest's points and report that true multi-class spawning is unsupported.")},
 	}));
 	Payload->SetArrayField(TEXT("piece_generators"), MakePcgRoadWorkflowArray({
-		{TEXT("blueprint_create_road_actor"), TEXT("Create a road segment actor Blueprint from engine primitive meshes."), nullptr},
-		{TEXT("blueprint_create_intersection_actor"), TEXT("Create a road intersection actor Blueprint from engine primitive meshes."), nullptr},
-		{TEXT("blueprint_create_skyscraper_actor"), TEXT("Create a skyscraper actor Blueprint from engine primitive meshes."), nullptr},
+		{TEXT("blueprint_create_road_actor"), TEXT("Create a road segment actor Blueprint from engine primitive meshes.")},
+		{TEXT("blueprint_create_intersection_actor"), TEXT("Create a road intersection actor Blueprint from engine primitive meshes.")},
+		{TEXT("blueprint_create_skyscraper_actor"), TEXT("Create a skyscraper actor Blueprint from engine primitive meshes.")},
 	}));
 	Payload->SetObjectField(TEXT("spline_bounds"), MakePcgSplineBoundsLimits());
 	Payload->SetArrayField(TEXT("unsupported"), Unsupported);

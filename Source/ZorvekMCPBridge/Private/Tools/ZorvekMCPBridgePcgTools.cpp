@@ -51,10 +51,6 @@ namespace
 		return Found;
 	}
 
-	const TCHAR* const PcgUnbuiltToolNames[] = {
-		TEXT("pcg_multiclass_spawn_proof"),
-	};
-	static_assert((int32)UE_ARRAY_COUNT(PcgUnbuiltToolNames) == (int32)EZorvekMCPBridgeUnbuiltPcgTool::MulticlassSpawnProof + 1, "one name per unbuilt PCG tool");
 }
 
 TSharedPtr<FJsonObject> ZorvekMCPBridgePcgTools::HandleGenerate(FZorvekMCPBridgeToolContext& Context, const TSharedPtr<FJsonObject>& Arguments)
@@ -184,22 +180,4 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgTools::HandleInspectGenerated(FZorvekM
 		Payload->SetStringField(TEXT("error"), TEXT("No forest actor found for inspection, or PCG generation is unavailable."));
 	}
 	return ZorvekMCPBridgeTools::MakeStructuredToolResult(Payload, !Forest.bFound);
-}
-
-const TCHAR* ZorvekMCPBridgePcgTools::GetUnbuiltToolName(EZorvekMCPBridgeUnbuiltPcgTool Tool)
-{
-	return PcgUnbuiltToolNames[(int32)Tool];
-}
-
-TSharedPtr<FJsonObject> ZorvekMCPBridgePcgTools::AnswerUnbuiltTool(FZorvekMCPBridgeToolContext& Context, const FString& ToolName, const TSharedPtr<FJsonObject>& Arguments)
-{
-	if (Context.EditorPort)
-	{
-		const IZorvekMCPBridgeWorld& World = Context.EditorPort->GetWorld();
-		if (!ZorvekMCPBridgePcgProbe::Probe(World).IsAvailable())
-		{
-			return ZorvekMCPBridgePcgProbe::MakeUnavailableResult(World, ToolName, Arguments, ToolName.RightChop(4));
-		}
-	}
-	return ZorvekMCPBridgeTools::MakeNotAvailableYetResult(ToolName);
 }
