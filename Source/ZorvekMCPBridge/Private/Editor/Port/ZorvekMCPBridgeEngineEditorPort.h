@@ -171,7 +171,6 @@ public:
 	void SetActorSelectionState(FZorvekMCPBridgeObjectHandle Actor, bool bSelected) override;
 	bool DestroyActors(const TArray<FZorvekMCPBridgeObjectHandle>& Actors) override;
 	FZorvekMCPBridgeObjectHandle AddInstanceComponent(FZorvekMCPBridgeObjectHandle Actor, const FString& ComponentClassPath, const FString& ComponentName) override;
-	FZorvekMCPBridgeObjectHandle AddInstanceComponent(FZorvekMCPBridgeObjectHandle Actor, const FString& ComponentClassPath, const FString& ComponentName) override;
 	FZorvekMCPBridgeViewportInfo GetActiveViewport() const override;
 	void FocusActiveViewportOnBox(const FZorvekMCPBridgeBox& Box) override;
 	bool ReadActiveViewportPixels(TArray<uint8>& OutBgraPixels, int32& OutWidth, int32& OutHeight) override;
