@@ -270,6 +270,62 @@ namespace
 		return Piece;
 	}
 
+	// The classes a city's placements use: the road, the intersection and one skyscraper per floor
+	// count, each Blueprint made once and reused afterwards; "blueprints" lists them.
+	struct FPcgCityPieceClasses
+	{
+		FString Road;
+		FString Intersection;
+		TMap<int32, FString> SkyscrapersByFloors;
+		TArray<TSharedPtr<FJsonValue>> BlueprintsJson;
+
+		const FString& Get(const ZorvekMCPBridgePcgCityLayout::FCityPlacement& Placement) const
+		{
+			using ZorvekMCPBridgePcgCityLayout::ECityPiece;
+			return Placement.Piece == ECityPiece::Intersection ? Intersection : (Placement.Piece == ECityPiece::Road ? Road : SkyscrapersByFloors[Placement.Floors]);
+		}
+	};
+
+	bool EnsurePcgCityPieceClasses(IZorvekMCPBridgeEditorPort& Port, const FPcgCityGridParams& Params, const TArray<ZorvekMCPBridgePcgCityLayout::FCityPlacement>& Placements,
+		FPcgCityPieceClasses& OutClasses, FString& OutError)
+	{
+		using namespace ZorvekMCPBridgeCityActorBlueprints;
+		const auto Ensure = [&](const FString& AssetName, TFunctionRef<FCityActorBuild()> Create, FString& OutClassPath)
+		{
+			const FPcgCityPieceClass Piece = EnsurePcgCityPiece(Port, Params.PackagePath, AssetName, Create);
+			if (!Piece.Error.IsEmpty())
+			{
+				OutError = Piece.Error;
+				return false;
+			}
+			TSharedPtr<FJsonObject> Entry = MakeShared<FJsonObject>();
+			Entry->SetStringField(TEXT("object_path"), Piece.ObjectPath);
+			Entry->SetBoolField(TEXT("reused"), Piece.bReused);
+			OutClasses.BlueprintsJson.Add(MakeShared<FJsonValueObject>(Entry));
+			OutClassPath = Piece.ClassPath;
+			return true;
+		};
+		if (!Ensure(Params.Road.AssetName, [&]() { return CreateRoadActor(Port, Params.Road); }, OutClasses.Road)
+			|| !Ensure(Params.Intersection.AssetName, [&]() { return CreateIntersectionActor(Port, Params.Intersection); }, OutClasses.Intersection))
+		{
+			return false;
+		}
+		for (const ZorvekMCPBridgePcgCityLayout::FCityPlacement& Placement : Placements)
+		{
+			if (Placement.Piece == ZorvekMCPBridgePcgCityLayout::ECityPiece::Skyscraper && !OutClasses.SkyscrapersByFloors.Contains(Placement.Floors))
+			{
+				const FSkyscraperParams Skyscraper = Params.MakeSkyscraper(Placement.Floors);
+				FString ClassPath;
+				if (!Ensure(Skyscraper.AssetName, [&]() { return CreateSkyscraperActor(Port, Skyscraper); }, ClassPath))
+				{
+					return false;
+				}
+				OutClasses.SkyscrapersByFloors.Add(Placement.Floors, ClassPath);
+			}
+		}
+		return true;
+	}
+
 	TSharedPtr<FJsonObject> FailPcgCityTool(const TCHAR* SuccessKey, const FString& Message)
 	{
 		TSharedPtr<FJsonObject> Payload = MakeShared<FJsonObject>();
@@ -740,37 +796,8 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleRunCityLayoutRecipe(F
 		Params.Road.Length, IntersectionSize, Params.MinFloors, Params.MaxFloors, Params.Seed);
 
 	// The pieces' Blueprints: the road, the intersection, and one skyscraper per floor count used.
-	TArray<TSharedPtr<FJsonValue>> Blueprints;
-	const auto Ensure = [&](const FString& AssetName, TFunctionRef<FCityActorBuild()> Create, FString& OutClassPath) -> bool
-	{
-		const FPcgCityPieceClass Piece = EnsurePcgCityPiece(Port, Params.PackagePath, AssetName, Create);
-		if (!Piece.Error.IsEmpty())
-		{
-			Error = Piece.Error;
-			return false;
-		}
-		TSharedPtr<FJsonObject> Entry = MakeShared<FJsonObject>();
-		Entry->SetStringField(TEXT("object_path"), Piece.ObjectPath);
-		Entry->SetBoolField(TEXT("reused"), Piece.bReused);
-		Blueprints.Add(MakeShared<FJsonValueObject>(Entry));
-		OutClassPath = Piece.ClassPath;
-		return true;
-	};
-	FString RoadClass;
-	FString IntersectionClass;
-	TMap<int32, FString> SkyscraperClasses;
-	bool bPiecesReady = Ensure(Params.Road.AssetName, [&]() { return CreateRoadActor(Port, Params.Road); }, RoadClass)
-		&& Ensure(Params.Intersection.AssetName, [&]() { return CreateIntersectionActor(Port, Params.Intersection); }, IntersectionClass);
-	for (const ZorvekMCPBridgePcgCityLayout::FCityPlacement& Placement : Placements)
-	{
-		if (bPiecesReady && Placement.Piece == ECityPiece::Skyscraper && !SkyscraperClasses.Contains(Placement.Floors))
-		{
-			const FSkyscraperParams Skyscraper = Params.MakeSkyscraper(Placement.Floors);
-			FString ClassPath;
-			bPiecesReady = Ensure(Skyscraper.AssetName, [&]() { return CreateSkyscraperActor(Port, Skyscraper); }, ClassPath);
-			SkyscraperClasses.Add(Placement.Floors, ClassPath);
-		}
-	}
+	FPcgCityPieceClasses Classes;
+	const bool bPiecesReady = EnsurePcgCityPieceClasses(Port, Params, Placements, Classes, Error);
 	if (!bPiecesReady)
 	{
 		return FailPcgCityTool(TEXT("placed"), Error);
@@ -784,8 +811,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleRunCityLayoutRecipe(F
 	for (const ZorvekMCPBridgePcgCityLayout::FCityPlacement& Placement : Placements)
 	{
 		const int32 Kind = (int32)Placement.Piece;
-		const FString& ClassPath = Placement.Piece == ECityPiece::Intersection ? IntersectionClass
-			: (Placement.Piece == ECityPiece::Road ? RoadClass : SkyscraperClasses[Placement.Floors]);
+		const FString& ClassPath = Classes.Get(Placement);
 		FZorvekMCPBridgeRotator Rotation;
 		Rotation.Yaw = Placement.Yaw;
 		const FZorvekMCPBridgeObjectHandle Actor = World.SpawnActorFromClass(ClassPath, Placement.Location, Rotation);
@@ -842,7 +868,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleRunCityLayoutRecipe(F
 	Payload->SetStringField(TEXT("recipe_tag"), RecipeTag.ToString());
 	Payload->SetObjectField(TEXT("grid"), Grid);
 	Payload->SetObjectField(TEXT("counts"), CountsJson);
-	Payload->SetArrayField(TEXT("blueprints"), Blueprints);
+	Payload->SetArrayField(TEXT("blueprints"), Classes.BlueprintsJson);
 	Payload->SetArrayField(TEXT("pieces"), Pieces);
 	Payload->SetStringField(TEXT("cleanup"), FString::Printf(TEXT("editor_cleanup_repro_actors with Filter %s removes this city."), *Params.RecipeLabel));
 	Payload->SetStringField(TEXT("note"), TEXT("A straight grid of road, intersection and skyscraper actors; the roads form no editable network and are not sampled along splines."));
@@ -1096,37 +1122,8 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleUpdateCityLayoutRecip
 	}
 
 	// The pieces' Blueprints, made once and reused as by the run.
-	TArray<TSharedPtr<FJsonValue>> Blueprints;
-	const auto Ensure = [&](const FString& AssetName, TFunctionRef<FCityActorBuild()> Create, FString& OutClassPath) -> bool
-	{
-		const FPcgCityPieceClass Piece = EnsurePcgCityPiece(Port, Params.PackagePath, AssetName, Create);
-		if (!Piece.Error.IsEmpty())
-		{
-			Error = Piece.Error;
-			return false;
-		}
-		TSharedPtr<FJsonObject> Entry = MakeShared<FJsonObject>();
-		Entry->SetStringField(TEXT("object_path"), Piece.ObjectPath);
-		Entry->SetBoolField(TEXT("reused"), Piece.bReused);
-		Blueprints.Add(MakeShared<FJsonValueObject>(Entry));
-		OutClassPath = Piece.ClassPath;
-		return true;
-	};
-	FString RoadClass;
-	FString IntersectionClass;
-	TMap<int32, FString> SkyscraperClasses;
-	bool bPiecesReady = Ensure(Params.Road.AssetName, [&]() { return CreateRoadActor(Port, Params.Road); }, RoadClass)
-		&& Ensure(Params.Intersection.AssetName, [&]() { return CreateIntersectionActor(Port, Params.Intersection); }, IntersectionClass);
-	for (const ZorvekMCPBridgePcgCityLayout::FCityPlacement& Placement : Placements)
-	{
-		if (bPiecesReady && Placement.Piece == ECityPiece::Skyscraper && !SkyscraperClasses.Contains(Placement.Floors))
-		{
-			const FSkyscraperParams Skyscraper = Params.MakeSkyscraper(Placement.Floors);
-			FString ClassPath;
-			bPiecesReady = Ensure(Skyscraper.AssetName, [&]() { return CreateSkyscraperActor(Port, Skyscraper); }, ClassPath);
-			SkyscraperClasses.Add(Placement.Floors, ClassPath);
-		}
-	}
+	FPcgCityPieceClasses Classes;
+	const bool bPiecesReady = EnsurePcgCityPieceClasses(Port, Params, Placements, Classes, Error);
 	if (!bPiecesReady)
 	{
 		return FailPcgCityTool(TEXT("updated"), Error);
@@ -1148,8 +1145,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleUpdateCityLayoutRecip
 	for (const ZorvekMCPBridgePcgCityLayout::FCityPlacement& Placement : Placements)
 	{
 		const int32 Kind = (int32)Placement.Piece;
-		const FString& ClassPath = Placement.Piece == ECityPiece::Intersection ? IntersectionClass
-			: (Placement.Piece == ECityPiece::Road ? RoadClass : SkyscraperClasses[Placement.Floors]);
+		const FString& ClassPath = Classes.Get(Placement);
 		const FString Label = LabelOf(Placement);
 		TargetLabels.Add(Label);
 		++Counts[Kind];
@@ -1257,7 +1253,7 @@ TSharedPtr<FJsonObject> ZorvekMCPBridgePcgCityTools::HandleUpdateCityLayoutRecip
 	Payload->SetObjectField(TEXT("grid"), Grid);
 	Payload->SetObjectField(TEXT("counts"), CountsJson);
 	Payload->SetObjectField(TEXT("changes"), Changes);
-	Payload->SetArrayField(TEXT("blueprints"), Blueprints);
+	Payload->SetArrayField(TEXT("blueprints"), Classes.BlueprintsJson);
 	Payload->SetArrayField(TEXT("pieces"), Pieces);
 	Payload->SetStringField(TEXT("cleanup"), FString::Printf(TEXT("editor_cleanup_repro_actors with Filter %s removes this city."), *Params.RecipeLabel));
 	Payload->SetStringField(TEXT("note"), TEXT("The city was changed in place: pieces that still fit were kept, new blocks added, towers of other floors replaced and pieces outside the grid removed; road length and lanes stay as placed."));
